@@ -1,0 +1,29 @@
+# Compiler settings that every target of ours shares, and the two ways to declare one.
+
+add_library(zuno_settings INTERFACE)
+target_compile_options(zuno_settings INTERFACE
+  $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
+  -Wnon-virtual-dtor -Woverloaded-virtual>
+  $<$<AND:$<BOOL:${ZUNO_WERROR}>,$<COMPILE_LANGUAGE:CXX>>:-Werror>)
+target_include_directories(zuno_settings INTERFACE ${PROJECT_SOURCE_DIR})
+if(ZUNO_SANITIZE)
+  target_compile_options(zuno_settings INTERFACE -fsanitize=${ZUNO_SANITIZE} -fno-omit-frame-pointer
+    -fno-sanitize-recover=all)
+  target_link_options(zuno_settings INTERFACE -fsanitize=${ZUNO_SANITIZE})
+endif()
+
+# zuno_library(NAME SOURCES... ): a static library that the plug-in, the tools and the tests link.
+function(zuno_library name)
+  add_library(${name} STATIC ${ARGN})
+  target_link_libraries(${name} PUBLIC zuno_settings)
+endfunction()
+
+# zuno_test(NAME SOURCES file... [LIBRARIES target...]): one GoogleTest program, each of its cases a ctest.
+function(zuno_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
+  find_package(GTest REQUIRED)
+  include(GoogleTest)
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE zuno_settings ${ARG_LIBRARIES} GTest::gmock GTest::gtest_main)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
+endfunction()

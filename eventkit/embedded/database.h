@@ -1,0 +1,102 @@
+// The embedded store's one SQLite file: opening and creating it, its schema, transactions, and the cheap
+// question whether anything changed since. Used from one thread at a time.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace SQLite {
+class Database;
+class Statement;
+}  // namespace SQLite
+
+namespace ek::embedded {
+
+// $ZUNO_STORE, else $XDG_DATA_HOME/zuno/calendars.sqlite, else ~/.local/share/zuno/calendars.sqlite.
+std::string defaultStorePath();
+
+// One connection. Statements are prepared once and kept.
+class Database {
+ public:
+  // Opens the file, creating it (0600, with its folders) and the first source, calendar and list when it does
+  // not exist. Null with a reason for people when it cannot be opened: no permission, no SQLite file, made by
+  // a newer version. Such a file is never changed. A store that can only be read is opened for reading.
+  static std::shared_ptr<Database> open(const std::string& path, std::string& why);
+  // The connection that every store of this process on the same path shares; opened on first use, tried again
+  // at most once a second after a failure. The reason is written to standard error once.
+  static std::shared_ptr<Database> shared(const std::string& path);
+  ~Database();
+
+  const std::string& path() const;
+  bool isReadOnly() const;
+
+  // A statement that is reset and unbound when it goes out of scope. What SQLite throws becomes ek::Exception
+  // at the edge of the store (see rethrowing below), never SQLite::Exception.
+  class Lease {
+   public:
+    explicit Lease(SQLite::Statement& statement) : statement_(&statement) {}
+    Lease(const Lease&) = delete;
+    Lease& operator=(const Lease&) = delete;
+    ~Lease();
+    SQLite::Statement* operator->() const { return statement_; }
+    SQLite::Statement& operator*() const { return *statement_; }
+
+   private:
+    SQLite::Statement* statement_;
+  };
+  // `sql` must be a literal (it is the key by address or text, at the implementation's choice).
+  Lease statement(const char* sql);
+
+  // Everything until commit() or the end of the scope is one transaction. Writing ones take the write lock at
+  // once (BEGIN IMMEDIATE) and wait for other processes for at most 10 seconds.
+  class Transaction {
+   public:
+    enum class Kind { reading, writing };
+    Transaction(Database& database, Kind kind);
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+    ~Transaction();
+    void commit();
+
+   private:
+    Database& database_;
+    bool open_ = true;
+  };
+
+  // A value that differs from an earlier one when any process has committed anything in between. Cheap enough
+  // for every call: the write-ahead log's shared header is compared in memory, without a lock or system call,
+  // where SQLite keeps one; else PRAGMA data_version. Never fails to see a committed change; may see one
+  // where there is none.
+  struct Version {
+    std::array<std::uint64_t, 12> words{};
+    bool operator==(const Version&) const = default;
+  };
+  Version version();
+
+  // The store's change number: grows with every writing transaction that touches items or calendars.
+  std::int64_t change();
+  // Within a writing transaction: the number that this transaction's changes carry.
+  std::int64_t nextChange();
+
+ private:
+  struct Connection;
+  explicit Database(std::unique_ptr<Connection> connection);
+  std::unique_ptr<Connection> connection_;
+};
+
+// Runs f and turns what SQLite throws into ek::Exception with SQLite's text.
+[[noreturn]] void throwStoreError();  // call in a catch block only
+template <class F>
+auto guarded(F&& f) -> decltype(f()) {
+  try {
+    return f();
+  } catch (...) {
+    throwStoreError();
+  }
+}
+
+}  // namespace ek::embedded

@@ -1,0 +1,31 @@
+// Text is UTF-8 everywhere but at the host's boundary, where it is UTF-16.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace foundation {
+
+// A lone surrogate becomes U+FFFD.
+std::string utf8FromUtf16(std::u16string_view text);
+// Bytes that are no UTF-8 become U+FFFD, one for each ill-formed sequence.
+std::u16string utf16FromUtf8(std::string_view text);
+
+// For comparing with keywords, which are ASCII: lower-cases the letters that have an ASCII lower-case form
+// under Unicode's mapping without locale (A to Z and the Kelvin sign) and leaves all others alone.
+std::string lowercased(std::string_view text);
+
+// Adjacent separators give empty parts; an empty text gives one empty part.
+std::vector<std::string_view> split(std::string_view text, char separator);
+// At each of U+000A to U+000D, U+0085, U+2028 and U+2029, every character a separator of its own.
+std::vector<std::string_view> splitAtNewlines(std::string_view text);
+// At each Unicode space (category Zs) and tab, every character a separator of its own.
+std::vector<std::string_view> splitAtWhitespace(std::string_view text);
+
+// Leading white space, one optional sign, digits up to the first other character; no digits give 0; beyond
+// 64 bits the limit.
+std::int64_t integerValue(std::string_view text);
+
+}  // namespace foundation
