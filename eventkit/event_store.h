@@ -49,7 +49,8 @@ class EventStore {
 
   // Queries. A predicate holds its conditions only; the store is asked when it is run, and sees saved
   // changes only. Null never comes back from these.
-  virtual std::shared_ptr<const Predicate> predicateForEvents(Date start, Date end, const Calendars& calendars) = 0;
+  virtual std::shared_ptr<const Predicate> predicateForEvents(Date start, Date end,
+                                                              const Calendars& calendars) = 0;
   virtual std::shared_ptr<const Predicate> predicateForReminders(const Calendars& calendars) = 0;
   virtual std::shared_ptr<const Predicate> predicateForIncompleteReminders(std::optional<Date> dueFrom,
                                                                            std::optional<Date> dueTo,

@@ -31,7 +31,8 @@ RecurrenceEnd RecurrenceEnd::withOccurrenceCount(std::int64_t count) {
 
 Reminder& asReminder(CalendarItem& item) {
   auto* reminder = dynamic_cast<Reminder*>(&item);
-  if (reminder == nullptr) throw Exception("unrecognized selector: the open item is an event, not a reminder");
+  if (reminder == nullptr)
+    throw Exception("unrecognized selector: the open item is an event, not a reminder");
   return *reminder;
 }
 

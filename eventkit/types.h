@@ -23,23 +23,55 @@ enum class CalendarType { local = 0, calDAV = 1, exchange = 2, subscription = 3,
 enum class SourceType { local = 0, exchange = 1, calDAV = 2, mobileMe = 3, subscribed = 4, birthdays = 5 };
 enum class AlarmType { display = 0, audio = 1, procedure = 2, email = 3 };
 // Beyond yearly: what RFC 5545 has and EventKit does not; it occurs in imported rules only.
-enum class RecurrenceFrequency { daily = 0, weekly = 1, monthly = 2, yearly = 3, hourly = 4, minutely = 5, secondly = 6 };
+enum class RecurrenceFrequency {
+  daily = 0,
+  weekly = 1,
+  monthly = 2,
+  yearly = 3,
+  hourly = 4,
+  minutely = 5,
+  secondly = 6
+};
 enum class ParticipantStatus {
-  unknown = 0, pending = 1, accepted = 2, declined = 3, tentative = 4, delegated = 5, completed = 6, inProcess = 7
+  unknown = 0,
+  pending = 1,
+  accepted = 2,
+  declined = 3,
+  tentative = 4,
+  delegated = 5,
+  completed = 6,
+  inProcess = 7
 };
 enum class ParticipantRole { unknown = 0, required = 1, optional = 2, chair = 3, nonParticipant = 4 };
 enum class ParticipantType { unknown = 0, person = 1, room = 2, resource = 3, group = 4 };
 
 // Why a store refused: a code of EventKit's error domain and a text for people.
 enum class ErrorCode {
-  eventNotMutable = 0, noCalendar = 1, noStartDate = 2, noEndDate = 3, datesInverted = 4, internalFailure = 5,
-  calendarReadOnly = 6, durationGreaterThanRecurrence = 7, startDateTooFarInFuture = 9,
-  startDateCollidesWithOtherOccurrence = 10, objectBelongsToDifferentStore = 11, invalidSpan = 13,
-  calendarHasNoSource = 14, calendarSourceCannotBeModified = 15, calendarIsImmutable = 16,
-  sourceDoesNotAllowCalendarAddDelete = 17, recurringReminderRequiresDueDate = 18,
-  calendarDoesNotAllowEvents = 22, calendarDoesNotAllowReminders = 23, sourceDoesNotAllowReminders = 24,
-  sourceDoesNotAllowEvents = 25, priorityIsInvalid = 26, procedureAlarmsNotMutable = 28,
-  eventStoreNotAuthorized = 29, reminderAlarmContainsEmailOrUrl = 36,
+  eventNotMutable = 0,
+  noCalendar = 1,
+  noStartDate = 2,
+  noEndDate = 3,
+  datesInverted = 4,
+  internalFailure = 5,
+  calendarReadOnly = 6,
+  durationGreaterThanRecurrence = 7,
+  startDateTooFarInFuture = 9,
+  startDateCollidesWithOtherOccurrence = 10,
+  objectBelongsToDifferentStore = 11,
+  invalidSpan = 13,
+  calendarHasNoSource = 14,
+  calendarSourceCannotBeModified = 15,
+  calendarIsImmutable = 16,
+  sourceDoesNotAllowCalendarAddDelete = 17,
+  recurringReminderRequiresDueDate = 18,
+  calendarDoesNotAllowEvents = 22,
+  calendarDoesNotAllowReminders = 23,
+  sourceDoesNotAllowReminders = 24,
+  sourceDoesNotAllowEvents = 25,
+  priorityIsInvalid = 26,
+  procedureAlarmsNotMutable = 28,
+  eventStoreNotAuthorized = 29,
+  reminderAlarmContainsEmailOrUrl = 36,
 };
 struct Error {
   ErrorCode code = ErrorCode::internalFailure;

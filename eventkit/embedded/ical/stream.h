@@ -11,9 +11,9 @@ namespace ek::ical {
 
 // A part of a VCALENDAR: one property line, or one inner component from BEGIN to END.
 struct Piece {
-  std::string_view text;   // raw, line breaks included, as it stands in the stream
-  std::string_view name;   // of the property or component, as written
-  std::size_t line = 0;    // 1-based line at which it begins
+  std::string_view text;  // raw, line breaks included, as it stands in the stream
+  std::string_view name;  // of the property or component, as written
+  std::size_t line = 0;   // 1-based line at which it begins
   bool isComponent = false;
 };
 

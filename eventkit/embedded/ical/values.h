@@ -16,7 +16,7 @@ namespace ek::ical {
 struct DateTime {
   foundation::WallTime wall{};  // dates at 00:00
   bool isDate = false;
-  bool isUtc = false;           // written with Z
+  bool isUtc = false;  // written with Z
   bool operator==(const DateTime&) const = default;
 };
 // "19970714", "19970714T133000", "19970714T133000Z"; a leap second becomes :59. Years 0001 to 9999.

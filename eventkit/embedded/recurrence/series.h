@@ -50,9 +50,9 @@ struct Series {
   bool isAllDay = false;
   std::shared_ptr<const foundation::TimeZone> zone;  // null: floating (all-day series too)
   Duration duration;
-  std::vector<Rule> rules;           // RRULE; several are united
-  std::vector<Rule> exclusionRules;  // EXRULE, of older calendars
-  std::vector<ExtraDate> extraDates; // RDATE, ascending
+  std::vector<Rule> rules;              // RRULE; several are united
+  std::vector<Rule> exclusionRules;     // EXRULE, of older calendars
+  std::vector<ExtraDate> extraDates;    // RDATE, ascending
   std::vector<WallTime> excludedDates;  // EXDATE with a time, ascending
   std::vector<WallTime> excludedDays;   // EXDATE;VALUE=DATE of a timed series: the whole day, ascending
   std::vector<Override> overrides;      // ascending by recurrenceId
@@ -66,8 +66,8 @@ struct Series {
 void prepare(Series& series);
 
 struct Occurrence {
-  Date start, end;          // of an all-day occurrence: 00:00 of the first day, 00:00 after the last
-  WallTime recurrenceId{};  // where it would have been, in the series' zone
+  Date start, end;             // of an all-day occurrence: 00:00 of the first day, 00:00 after the last
+  WallTime recurrenceId{};     // where it would have been, in the series' zone
   std::int32_t override = -1;  // index into Series::overrides, -1 for none
 };
 
@@ -99,7 +99,8 @@ struct Extent {
 Extent extentOf(const Series& series);
 
 // Compact form. decode gives nothing for bytes that encode did not make. Zones are named by the key under
-// which `zoneOf` finds them again (a TZID, or what the store calls an own VTIMEZONE); an empty key is floating.
+// which `zoneOf` finds them again (a TZID, or what the store calls an own VTIMEZONE); an empty key is
+// floating.
 std::string encode(const Series& series, std::string_view zoneKey);
 struct Decoded {
   Series series;  // without its zone

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "eventkit/embedded/database.h"
-#include "eventkit/embedded/item_index.h"
+#include "eventkit/embedded/storage/database.h"
+#include "eventkit/embedded/storage/item_index.h"
 #include "eventkit/types.h"
 
 namespace ek::embedded {

@@ -45,8 +45,8 @@ struct ReminderEntry {
 
 struct ItemIndex {
   EntityType kind = EntityType::event;
-  std::string uid;                 // empty when the components have none
-  std::optional<Date> created;     // CREATED
+  std::string uid;              // empty when the components have none
+  std::optional<Date> created;  // CREATED
   std::variant<SingleEvent, SeriesEvent, ReminderEntry> entry;
 };
 
