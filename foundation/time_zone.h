@@ -54,6 +54,10 @@ class TimeZone {
 
   // The changes of clock in [from, to), ascending; what a VTIMEZONE is written from.
   std::vector<Transition> transitionsBetween(Date from, Date to) const;
+
+ private:
+  std::string name_;
+  std::string posixRule_;
 };
 
 }  // namespace foundation
