@@ -3,7 +3,7 @@
 add_library(zuno_settings INTERFACE)
 target_compile_options(zuno_settings INTERFACE
   $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
-  -Wnon-virtual-dtor -Woverloaded-virtual>
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wno-missing-field-initializers>
   $<$<AND:$<BOOL:${ZUNO_WERROR}>,$<COMPILE_LANGUAGE:CXX>>:-Werror>)
 target_include_directories(zuno_settings INTERFACE ${PROJECT_SOURCE_DIR})
 if(ZUNO_SANITIZE)
