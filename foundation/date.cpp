@@ -1,8 +1,7 @@
 #include "foundation/date.h"
 
-#include <array>
-#include <charconv>
-#include <cstdio>
+#include <algorithm>
+#include <cstdlib>
 
 #include "foundation/time_zone.h"
 
@@ -14,35 +13,47 @@ using std::chrono::days;
 using std::chrono::floor;
 using std::chrono::seconds;
 
-// Reads digits from the front of `text`, at least `fewest`, and moves past them.
-std::optional<int> takeNumber(std::string_view& text, std::size_t fewest, std::size_t most) {
-  std::size_t length = 0;
-  while (length < most && length < text.size() && text[length] >= '0' && text[length] <= '9') ++length;
-  if (length < fewest) return std::nullopt;
-  int value = 0;
-  std::from_chars(text.data(), text.data() + length, value);
-  text.remove_prefix(length);
-  return value;
+// "YYYY-MM-DD HH:MM:SS " and the offset: four digits, or six.
+constexpr std::string_view kShape = "dddd-dd-dd dd:dd:dd ";
+constexpr std::size_t kShortOffset = 5, kLongOffset = 7;
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+bool hasShape(std::string_view text) {
+  for (std::size_t i = 0; i < kShape.size(); ++i)
+    if (kShape[i] == 'd' ? !isDigit(text[i]) : text[i] != kShape[i]) return false;
+  const char sign = text[kShape.size()];
+  return (sign == '+' || sign == '-') && std::all_of(text.begin() + kShape.size() + 1, text.end(), isDigit);
 }
 
-bool takeChar(std::string_view& text, char expected) {
-  if (text.empty() || text.front() != expected) return false;
-  text.remove_prefix(1);
-  return true;
-}
+// Two digits, unchecked.
+int pair(std::string_view text, std::size_t at) { return (text[at] - '0') * 10 + (text[at + 1] - '0'); }
 
 // "+0200", or hours and four digits of seconds: "+051800".
-std::optional<seconds> takeOffset(std::string_view text) {
-  if (text.size() != 5 && text.size() != 7) return std::nullopt;
-  const bool west = text.front() == '-';
-  if (!west && text.front() != '+') return std::nullopt;
-  const bool inSeconds = text.size() == 7;
-  text.remove_prefix(1);
-  const std::optional<int> hours = takeNumber(text, 2, 2);
-  const std::optional<int> rest = takeNumber(text, inSeconds ? 4 : 2, 4);
-  if (!hours || !rest) return std::nullopt;
-  const int offset = *hours * 3600 + (inSeconds ? *rest : *rest * 60);
-  return seconds(west ? -offset : offset);
+seconds readOffset(std::string_view text) {
+  const int hours = pair(text, 1);
+  const int rest = text.size() == kLongOffset ? pair(text, 3) * 100 + pair(text, 5) : pair(text, 3) * 60;
+  const int offset = hours * 3600 + rest;
+  return seconds(text.front() == '-' ? -offset : offset);
+}
+
+void appendPair(std::string& out, unsigned value, char after = '\0') {
+  out += static_cast<char>('0' + value / 10);
+  out += static_cast<char>('0' + value % 10);
+  if (after != '\0') out += after;
+}
+
+// At least four digits.
+void appendYear(std::string& out, int year) {
+  if (year >= 0 && year <= 9999) {
+    appendPair(out, static_cast<unsigned>(year) / 100);
+    appendPair(out, static_cast<unsigned>(year) % 100);
+    return;
+  }
+  const std::string digits = std::to_string(std::abs(year));
+  if (year < 0) out += '-';
+  if (digits.size() < 4) out.append(4 - digits.size(), '0');
+  out += digits;
 }
 
 }  // namespace
@@ -79,40 +90,36 @@ WallTime wallTimeFrom(const WallFields& fields) {
 }
 
 std::optional<Date> dateWithString(std::string_view text) {
-  const auto year = takeNumber(text, 4, 4);
-  if (!year || !takeChar(text, '-')) return std::nullopt;
-  const auto month = takeNumber(text, 2, 2);
-  if (!month || !takeChar(text, '-')) return std::nullopt;
-  const auto day = takeNumber(text, 2, 2);
-  if (!day || !takeChar(text, ' ')) return std::nullopt;
-  const auto hour = takeNumber(text, 2, 2);
-  if (!hour || !takeChar(text, ':')) return std::nullopt;
-  const auto minute = takeNumber(text, 2, 2);
-  if (!minute || !takeChar(text, ':')) return std::nullopt;
-  const auto second = takeNumber(text, 2, 2);
-  if (!second || !takeChar(text, ' ')) return std::nullopt;
-  const auto offset = takeOffset(text);
-  if (!offset || *hour > 23 || *minute > 59 || *second > 59) return std::nullopt;
-  const std::chrono::year_month_day date(std::chrono::year(*year),
-                                         std::chrono::month(static_cast<unsigned>(*month)),
-                                         std::chrono::day(static_cast<unsigned>(*day)));
+  const std::size_t offsetSize = text.size() < kShape.size() ? 0 : text.size() - kShape.size();
+  if ((offsetSize != kShortOffset && offsetSize != kLongOffset) || !hasShape(text)) return std::nullopt;
+  const int hour = pair(text, 11), minute = pair(text, 14), second = pair(text, 17);
+  if (hour > 23 || minute > 59 || second > 59) return std::nullopt;
+  const std::chrono::year_month_day date(std::chrono::year(pair(text, 0) * 100 + pair(text, 2)),
+                                         std::chrono::month(static_cast<unsigned>(pair(text, 5))),
+                                         std::chrono::day(static_cast<unsigned>(pair(text, 8))));
   if (!date.ok()) return std::nullopt;
-  return std::chrono::sys_days(date) + std::chrono::hours(*hour) + std::chrono::minutes(*minute) +
-         seconds(*second) - *offset;
+  return std::chrono::sys_days(date) + seconds(hour * 3600 + minute * 60 + second) -
+         readOffset(text.substr(kShape.size()));
 }
 
 std::string description(Date date, const TimeZone& zone) {
   const seconds offset = zone.offsetAt(date);
   const WallFields wall = fieldsOf(WallTime(date.time_since_epoch() + offset));
-  const long away = std::abs(static_cast<long>(offset.count()));
-  std::array<char, 64> buffer{};
-  int length = std::snprintf(buffer.data(), buffer.size(), "%04d-%02u-%02u %02u:%02u:%02u %c%02ld%02ld",
-                             wall.year, wall.month, wall.day, wall.hour, wall.minute, wall.second,
-                             offset.count() < 0 ? '-' : '+', away / 3600, away / 60 % 60);
-  if (away % 60 != 0)
-    length += std::snprintf(buffer.data() + length, buffer.size() - static_cast<std::size_t>(length), "%02ld",
-                            away % 60);
-  return {buffer.data(), static_cast<std::size_t>(length)};
+  std::string out;
+  out.reserve(kShape.size() + kLongOffset + 1);
+  appendYear(out, wall.year);
+  out += '-';
+  appendPair(out, wall.month, '-');
+  appendPair(out, wall.day, ' ');
+  appendPair(out, wall.hour, ':');
+  appendPair(out, wall.minute, ':');
+  appendPair(out, wall.second, ' ');
+  const auto away = static_cast<unsigned>(std::abs(offset.count()));
+  out += offset.count() < 0 ? '-' : '+';
+  appendPair(out, away / 3600);
+  appendPair(out, away / 60 % 60);
+  if (away % 60 != 0) appendPair(out, away % 60);
+  return out;
 }
 
 }  // namespace foundation

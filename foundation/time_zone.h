@@ -2,8 +2,8 @@
 // rules, and from transitions worked out elsewhere (VTIMEZONE).
 #pragma once
 
+#include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,9 +12,16 @@
 
 namespace foundation {
 
+class PosixRule;
+struct ZoneTable;
+
 // Immutable and shared: safe to use from several threads at once.
 class TimeZone {
  public:
+  ~TimeZone();
+  TimeZone(const TimeZone&) = delete;
+  TimeZone& operator=(const TimeZone&) = delete;
+
   // From `at` on, local time is `offset` east of UTC.
   struct Transition {
     Date at;
@@ -56,8 +63,38 @@ class TimeZone {
   std::vector<Transition> transitionsBetween(Date from, Date to) const;
 
  private:
+  friend class ZoneFiles;
+
+  // A table without entries follows its rule at all times, another one from the last entry on.
+  TimeZone(std::string name, ZoneTable table);
+
+  struct Segment {
+    std::int64_t offset;
+    const std::string* letters;
+  };
+  // The index of the segment that holds at an instant of the table.
+  std::size_t segmentAt(std::int64_t instant) const;
+  bool isRuled(std::int64_t instant) const;
+  Segment ruledSegment(std::int64_t instant) const;
+  std::int64_t ruledInstantOf(std::int64_t wall) const;
+  Segment segmentOf(Date date) const;
+  void buildIndex();
+
   std::string name_;
   std::string posixRule_;
+  // Segment i reaches from at_[i - 1] (or the beginning) to at_[i] (or the end).
+  std::vector<std::int64_t> at_;
+  std::vector<std::int32_t> offset_;
+  std::vector<std::uint32_t> letterOf_;
+  std::vector<std::string> letters_;
+  // For each stretch of 2^indexShift_ seconds from at_.front() on, the segment at its beginning.
+  std::vector<std::uint32_t> index_;
+  unsigned indexShift_ = 0;
+  std::int32_t widestOffset_ = 0;
+  // Beyond the table; before ruledBefore_ and from ruledFrom_ on.
+  std::unique_ptr<const PosixRule> rule_;
+  std::int64_t ruledBefore_ = 0;
+  std::int64_t ruledFrom_ = 0;
 };
 
 }  // namespace foundation

@@ -1,0 +1,149 @@
+// Where zones come from: the system's zone files, and what TZ asks for.
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <mutex>
+#include <utility>
+
+#include "foundation/time_zone.h"
+#include "foundation/zone_table.h"
+
+namespace foundation {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kLargestFile = 1 << 20;
+constexpr const char* kSystemZone = "/etc/localtime";
+constexpr const char* kSystemZoneName = "/etc/timezone";
+constexpr std::string_view kUsualFolders[] = {"/usr/share/zoneinfo", "/usr/lib/zoneinfo",
+                                              "/usr/share/lib/zoneinfo", "/var/db/timezone/zoneinfo"};
+
+std::optional<std::string> readFile(const fs::path& path) {
+  std::error_code ignored;
+  if (!fs::is_regular_file(path, ignored)) return std::nullopt;
+  std::ifstream file(path, std::ios::binary);
+  std::string bytes(kLargestFile + 1, '\0');
+  file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  bytes.resize(static_cast<std::size_t>(file.gcount()));
+  if (file.bad() || bytes.size() > kLargestFile) return std::nullopt;
+  return bytes;
+}
+
+fs::path zoneFolder() {
+  if (const char* folder = std::getenv("TZDIR"); folder != nullptr && *folder != '\0') return folder;
+  std::error_code ignored;
+  for (const std::string_view folder : kUsualFolders)
+    if (fs::is_directory(folder, ignored)) return folder;
+  return kUsualFolders[0];
+}
+
+// Stays within the zone folder: "Europe/Berlin", no empty, "." or ".." part.
+bool isZoneName(std::string_view name) {
+  const auto isNamePart = [](char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' ||
+           c == '-' || c == '+' || c == '.';
+  };
+  while (true) {
+    const std::string_view part = name.substr(0, name.find('/'));
+    if (part.empty() || part == "." || part == ".." || !std::ranges::all_of(part, isNamePart)) return false;
+    if (part.size() == name.size()) return true;
+    name.remove_prefix(part.size() + 1);
+  }
+}
+
+// The part of a path behind the zone folder: "/usr/share/zoneinfo/Europe/Berlin" is Europe/Berlin, whatever
+// the folder's name goes on with ("zoneinfo.default").
+std::string nameFromPath(const std::string& path) {
+  constexpr std::string_view kFolder = "/zoneinfo";
+  const std::size_t folder = path.rfind(kFolder);
+  if (folder == std::string::npos) return {};
+  const std::size_t name = path.find('/', folder + kFolder.size());
+  if (name == std::string::npos || !isZoneName(std::string_view(path).substr(name + 1))) return {};
+  return path.substr(name + 1);
+}
+
+}  // namespace
+
+class ZoneFiles {
+ public:
+  using Zone = std::shared_ptr<const TimeZone>;
+
+  static Zone named(std::string_view name) {
+    if (name == "UTC") return TimeZone::utc();
+    if (!isZoneName(name)) return nullptr;
+    const fs::path path = zoneFolder() / name;
+    const std::scoped_lock lock(mutex());
+    static std::map<fs::path, Zone> known;
+    const auto found = known.find(path);
+    if (found != known.end()) return found->second;
+    Zone zone = load(path, std::string(name));
+    if (zone) known.emplace(path, zone);
+    return zone;
+  }
+
+  // As the C library reads TZ: a zone's name, a file or a rule, the first two also behind a colon.
+  static Zone fromVariable(std::string_view value) {
+    if (value.empty()) return TimeZone::utc();
+    const bool namesFile = value.front() == ':';
+    if (namesFile) value.remove_prefix(1);
+    if (value.empty()) return TimeZone::utc();
+    if (value.front() == '/') return load(value, nameFromPath(std::string(value)));
+    if (Zone zone = named(value)) return zone;
+    return namesFile ? nullptr : TimeZone::fromPosixRule(value);
+  }
+
+  static Zone ofSystem() {
+    Zone zone = load(kSystemZone, systemZoneName());
+    return zone ? zone : TimeZone::utc();
+  }
+
+ private:
+  static std::mutex& mutex() {
+    static std::mutex only;
+    return only;
+  }
+
+  static Zone load(const fs::path& path, std::string name) {
+    const std::optional<std::string> bytes = readFile(path);
+    if (!bytes) return nullptr;
+    std::optional<ZoneTable> table = readZoneFile(*bytes);
+    if (!table) return nullptr;
+    return Zone(new TimeZone(std::move(name), std::move(*table)));
+  }
+
+  static std::string systemZoneName() {
+    std::error_code failed;
+    const fs::path target = fs::read_symlink(kSystemZone, failed);
+    if (!failed) return nameFromPath((fs::path(kSystemZone).parent_path() / target).lexically_normal());
+    // A copy of the zone's file: trust the name beside it when it still belongs to the copy.
+    std::ifstream file(kSystemZoneName);
+    std::string name;
+    if (!std::getline(file, name) || !isZoneName(name)) return {};
+    return readFile(zoneFolder() / name) == readFile(kSystemZone) ? name : std::string();
+  }
+};
+
+std::shared_ptr<const TimeZone> TimeZone::named(std::string_view name) { return ZoneFiles::named(name); }
+
+std::shared_ptr<const TimeZone> TimeZone::defaultZone() {
+  struct Kept {
+    std::mutex mutex;
+    std::optional<std::string> variable;
+    std::shared_ptr<const TimeZone> zone;
+  };
+  static Kept kept;
+  const char* variable = std::getenv("TZ");
+  const std::scoped_lock lock(kept.mutex);
+  const bool isSame = variable == nullptr ? !kept.variable : kept.variable == std::string_view(variable);
+  if (kept.zone && isSame) return kept.zone;
+  kept.variable = variable == nullptr ? std::nullopt : std::optional<std::string>(variable);
+  kept.zone = kept.variable ? ZoneFiles::fromVariable(*kept.variable) : nullptr;
+  if (!kept.zone) kept.zone = ZoneFiles::ofSystem();
+  return kept.zone;
+}
+
+}  // namespace foundation

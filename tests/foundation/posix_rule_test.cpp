@@ -1,0 +1,81 @@
+#include "foundation/posix_rule.h"
+
+#include <gtest/gtest.h>
+#include <random>
+#include <time.h>
+
+#include "foundation/time_zone.h"
+#include "tests/foundation/scoped_variable.h"
+
+namespace foundation {
+namespace {
+
+TEST(PosixRule, RefusesWhatIsNoRule) {
+  for (const char* text : {"",
+                           "C1",
+                           "CE1",
+                           "CET",
+                           "CET-",
+                           "CET-25",
+                           "CET-1:60",
+                           "CET-1CE",
+                           "CET-1CEST,M3.5.0",
+                           "CET-1CEST,M3.5.0,",
+                           "CET-1CEST,M3.5.0,M10.5.0/3x",
+                           "CET-1CEST,M13.5.0,M10.5.0",
+                           "CET-1CEST,M3.6.0,M10.5.0",
+                           "CET-1CEST,M3.5.7,M10.5.0",
+                           "CET-1CEST,J0,J300",
+                           "CET-1CEST,J366,J300",
+                           "CET-1CEST,366,300",
+                           "CET-1CEST,M3.5.0/168,M10.5.0",
+                           "<+03-3",
+                           "<+0>-3",
+                           "+03-3",
+                           "Europe/Berlin",
+                           "CET-1CEST M3.5.0 M10.5.0"}) {
+    SCOPED_TRACE(text);
+    EXPECT_FALSE(PosixRule::parse(text));
+    EXPECT_EQ(TimeZone::fromPosixRule(text), nullptr);
+  }
+}
+
+// The C library reads the same rules; it is asked about random instants of three centuries. (It does not
+// follow rules back beyond 1970.)
+TEST(PosixRule, AgreesWithTheSystemAboutEveryForm) {
+  for (const char* text :
+       {"CET-1CEST,M3.5.0,M10.5.0/3", "EST5EDT,M3.2.0,M11.1.0", "AEST-10AEDT,M10.1.0,M4.1.0/3",
+        "<+1030>-10:30<+11>-11,M10.1.0,M4.1.0", "<-03>3<-02>,M3.5.0/-2,M10.5.0/-1", "IST-5:30", "<+03>-3",
+        "IST-1GMT0,M10.5.0,M3.5.0/1", "AAA3BBB,J60/0,J300/2", "AAA3BBB,59/0,299/2", "AAA3BBB,J59/24,J365/1",
+        "IST-2IDT,M3.4.4/26,M10.5.0", "EET-2EEST,M3.5.5/0,M10.5.5/0", "<-00>0", "AAA12:34:56",
+        "AAA-24BBB,M1.1.1/3:04:05,M12.4.6/167"}) {
+    SCOPED_TRACE(text);
+    const auto zone = TimeZone::fromPosixRule(text);
+    ASSERT_TRUE(zone);
+    EXPECT_EQ(zone->posixRule(), text);
+    EXPECT_EQ(zone->name(), "");
+    const ScopedVariable variable("TZ", text);
+    tzset();
+    std::mt19937_64 random(7);
+    std::uniform_int_distribution<std::int64_t> seconds(31'536'000, 10'413'792'000);
+    for (int i = 0; i < 2000; ++i) {
+      const auto instant = static_cast<time_t>(seconds(random));
+      tm fields{};
+      localtime_r(&instant, &fields);
+      const Date date{std::chrono::seconds(instant)};
+      ASSERT_EQ(zone->offsetAt(date).count(), fields.tm_gmtoff) << instant;
+      ASSERT_EQ(zone->letters(date), fields.tm_zone) << instant;
+    }
+  }
+}
+
+TEST(PosixRule, SummerTimeAllTheYearRoundHasNoHoles) {
+  const auto zone = TimeZone::fromPosixRule("XXX3EDT4,0/0,J365/23");
+  ASSERT_TRUE(zone);
+  for (std::int64_t day = -50000; day < 100000; ++day)
+    ASSERT_EQ(zone->offsetAt(Date(std::chrono::days(day))), std::chrono::hours(-4)) << day;
+  EXPECT_TRUE(zone->transitionsBetween(Date(), Date(std::chrono::days(100000))).empty());
+}
+
+}  // namespace
+}  // namespace foundation
