@@ -24,10 +24,10 @@ struct Problem {
 
 // What a walk reports, in the stream's order. Views live as long as the text.
 struct StreamHandler {
-  std::function<void()> beginCalendar;
-  std::function<void(const Piece&)> piece;
-  std::function<void()> endCalendar;
-  std::function<void(const Problem&)> problem;  // what had to be skipped, and why
+  std::function<void()> beginCalendar = {};
+  std::function<void(const Piece&)> piece = {};
+  std::function<void()> endCalendar = {};
+  std::function<void(const Problem&)> problem = {};  // what had to be skipped, and why
 };
 
 // Accepts CRLF, LF and CR line ends, a byte-order mark, several VCALENDARs, bare components without one, a
