@@ -16,29 +16,37 @@ class Statement;
 
 namespace ek::embedded {
 
+using RowId = std::int64_t;
+
 // $ZUNO_STORE, else $XDG_DATA_HOME/zuno/calendars.sqlite, else ~/.local/share/zuno/calendars.sqlite.
 std::string defaultStorePath();
 
 // One connection. Statements are prepared once and kept.
 class Database {
  public:
-  // Opens the file, creating it (0600, with its folders) and the first source, calendar and list when it does
-  // not exist. Null with a reason for people when it cannot be opened: no permission, no SQLite file, made by
-  // a newer version. Such a file is never changed. A store that can only be read is opened for reading.
+  // Opens the file, creating it (0600, with its folders 0700) and the first source, calendar and list when it
+  // does not exist. Null with a reason for people when it cannot be opened: no permission, no SQLite file,
+  // made by a newer version. Such a file is never changed. A store that can only be read is opened for
+  // reading; on a medium where SQLite can keep no shared memory it is taken to be immutable.
   static std::shared_ptr<Database> open(const std::string& path, std::string& why);
   // The connection that every store of this process on the same path shares; opened on first use, tried again
-  // at most once a second after a failure. The reason is written to standard error once.
+  // at most once a second after a failure, and then null. The reason is written to standard error once.
+  // Costs one stat(): ask again on every call rather than keep the pointer, and a file that was put in the
+  // place of the first one, or removed, is noticed: the answer is another object then.
   static std::shared_ptr<Database> shared(const std::string& path);
   ~Database();
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
 
   const std::string& path() const;
   bool isReadOnly() const;
 
   // A statement that is reset and unbound when it goes out of scope. What SQLite throws becomes ek::Exception
-  // at the edge of the store (see rethrowing below), never SQLite::Exception.
+  // at the edge of the store (see guarded below).
+  struct CachedStatement;
   class Lease {
    public:
-    explicit Lease(SQLite::Statement& statement) : statement_(&statement) {}
+    explicit Lease(CachedStatement& cached);
     Lease(const Lease&) = delete;
     Lease& operator=(const Lease&) = delete;
     ~Lease();
@@ -46,13 +54,15 @@ class Database {
     SQLite::Statement& operator*() const { return *statement_; }
 
    private:
+    CachedStatement& cached_;
     SQLite::Statement* statement_;
   };
-  // `sql` must be a literal (it is the key by address or text, at the implementation's choice).
+  // `sql` must be a literal: its address is the key. The same one may be leased several times at once.
   Lease statement(const char* sql);
 
   // Everything until commit() or the end of the scope is one transaction. Writing ones take the write lock at
-  // once (BEGIN IMMEDIATE) and wait for other processes for at most 10 seconds.
+  // once (BEGIN IMMEDIATE) and wait for other processes for at most 10 seconds; then, as on every failure of
+  // the file, ek::Exception. One for reading inside another joins it; one for writing cannot be nested.
   class Transaction {
    public:
     enum class Kind { reading, writing };
@@ -64,15 +74,18 @@ class Database {
 
    private:
     Database& database_;
-    bool open_ = true;
+    Kind kind_;
+    bool isJoined_;
+    bool isOpen_ = true;
   };
 
-  // A value that differs from an earlier one when any process has committed anything in between. Cheap enough
-  // for every call: the write-ahead log's shared header is compared in memory, without a lock or system call,
-  // where SQLite keeps one; else PRAGMA data_version. Never fails to see a committed change; may see one
-  // where there is none.
+  // A value that differs from an earlier one when any process (this one included) has committed anything in
+  // between. Take it before reading what it stands for. Cheap enough for every call: the write-ahead log's
+  // shared header is compared in memory, without a lock or system call, where SQLite keeps one; else PRAGMA
+  // data_version. Never fails to see a committed change; may see one where there is none. Values of
+  // different Database objects differ.
   struct Version {
-    std::array<std::uint64_t, 12> words{};
+    std::array<std::uint64_t, 13> words{};
     bool operator==(const Version&) const = default;
   };
   Version version();
@@ -81,6 +94,11 @@ class Database {
   std::int64_t change();
   // Within a writing transaction: the number that this transaction's changes carry.
   std::int64_t nextChange();
+
+  // Grows when a transaction ends without commit(): rows read or made in it may never have been.
+  std::uint64_t rollbacks() const;
+  RowId lastInsertedRow() const;
+  SQLite::Database& connection();
 
  private:
   struct Connection;

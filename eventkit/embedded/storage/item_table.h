@@ -3,18 +3,18 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "eventkit/embedded/storage/database.h"
+#include "eventkit/embedded/storage/identifier.h"
 #include "eventkit/embedded/storage/item_index.h"
 #include "eventkit/types.h"
 
 namespace ek::embedded {
-
-using RowId = std::int64_t;
 
 struct ItemRow {
   RowId id = 0;
@@ -23,7 +23,14 @@ struct ItemRow {
   std::string identifier;
   std::string uid;
   std::int64_t change = 0;
-  std::string text;  // the components, one after the other
+  std::optional<RowId> envelope;  // the imported VCALENDAR that it stands in
+  std::string text;               // the components, one after the other
+};
+
+// Where an imported item stands: the places of its components in the VCALENDAR, as "3" or "3,17".
+struct ItemPlaces {
+  RowId envelope = 0;
+  std::string places;
 };
 
 class ItemTable {
@@ -36,22 +43,44 @@ class ItemTable {
   std::optional<ItemRow> findByUid(std::string_view uid);
   std::optional<ItemRow> findInCalendar(RowId calendar, std::string_view uid);
 
-  // A new row with its index rows; the identifier is a new one when `identifier` is empty.
-  RowId insert(RowId calendar, std::string_view identifier, std::string_view text, const ItemIndex& index);
-  // Another text (and calendar) for a row that stays the same item.
+  // A new row with its index rows; the identifier is a new one when `identifier` is empty. The UID is the
+  // index's, which must not be empty.
+  RowId insert(RowId calendar, std::string_view identifier, std::string_view text, const ItemIndex& index,
+               const ItemPlaces* places = nullptr);
+  // Another text (and calendar) for a row that stays the same item. In another calendar it leaves its
+  // envelope and takes the meaning of its time zones along.
   void replace(RowId id, RowId calendar, std::string_view text, const ItemIndex& index);
+  // The same for an item that is imported again.
+  void replaceImported(RowId id, RowId calendar, std::string_view text, const ItemIndex& index,
+                       const ItemPlaces& places);
   // Leaves a mark behind, so that kept answers and later syncs learn of it.
   void erase(RowId id);
 
-  // Zones of VTIMEZONEs that items brought along, by key; kept once loaded.
-  ZoneFinder zoneFinder(RowId calendar);
+  // What an item's TZIDs mean: known names by themselves, else the VTIMEZONE of the VCALENDAR that it came
+  // in, else one that its calendar knows. The finder must not outlive this. VTIMEZONEs are kept once loaded.
+  ZoneFinder zoneFinder(RowId calendar, std::optional<RowId> envelope = std::nullopt);
+  ZoneFinder zoneFinder(const ItemRow& row) { return zoneFinder(row.calendar, row.envelope); }
+  // Null for an empty key and for one that is not known (any more).
   std::shared_ptr<const foundation::TimeZone> zoneForKey(std::string_view key);
 
- private:
-  Database& database_;
-};
+  // Makes sure that items made here can name this zone: a calendar that has no VTIMEZONE of that TZID yet
+  // gets this one, which exports then bring along.
+  void ensureTimeZone(RowId calendar, std::string_view tzid, std::string_view vtimezone);
+  // The row of a VTIMEZONE's text, made when there is none.
+  RowId keepZone(std::string_view tzid, std::string_view vtimezone);
 
-// An upper-case random UUID.
-std::string newIdentifier();
+ private:
+  using Zone = std::shared_ptr<const foundation::TimeZone>;
+
+  void insertIndexRows(RowId id, RowId calendar, const ItemIndex& index);
+  void update(RowId id, RowId calendar, std::string_view text, const ItemIndex& index);
+  void carryZones(RowId id, RowId from, RowId to);
+  std::optional<RowId> zoneRow(RowId calendar, std::optional<RowId> envelope, const std::string& tzid);
+  Zone loadZone(RowId zone);
+
+  Database& database_;
+  std::map<RowId, Zone> zones_;
+  std::uint64_t zonesSince_ = 0;  // Database::rollbacks() when zones_ was last valid
+};
 
 }  // namespace ek::embedded

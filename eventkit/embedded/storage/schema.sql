@@ -28,30 +28,37 @@ CREATE TABLE calendar (
   change INTEGER NOT NULL
 );
 
--- One VCALENDAR that was imported: its property lines, and its components that are no items (VTIMEZONE and
--- whatever else there is), in their places, so that an export gives them back.
-CREATE TABLE envelope (id INTEGER PRIMARY KEY, header TEXT NOT NULL);
-CREATE TABLE envelope_part (
-  envelope INTEGER NOT NULL REFERENCES envelope,
-  position INTEGER NOT NULL,
-  name TEXT NOT NULL,
-  text TEXT NOT NULL,
-  PRIMARY KEY (envelope, position)
-) WITHOUT ROWID;
-CREATE TABLE calendar_envelope (
-  calendar INTEGER NOT NULL REFERENCES calendar ON DELETE CASCADE,
-  envelope INTEGER NOT NULL REFERENCES envelope,
-  PRIMARY KEY (calendar, envelope)
-) WITHOUT ROWID;
-
--- VTIMEZONEs of zones that the zone database does not have, one row for each different text. The zone key of
--- one is "vtimezone:" and the id.
+-- VTIMEZONEs, one row for each different text; rows stay for good. The zone key of one is "vtimezone:" and
+-- the id.
 CREATE TABLE zone (id INTEGER PRIMARY KEY, tzid TEXT NOT NULL, text TEXT NOT NULL, UNIQUE (tzid, text));
+-- What items of a calendar that came without an envelope mean by a TZID.
 CREATE TABLE calendar_zone (
   calendar INTEGER NOT NULL REFERENCES calendar ON DELETE CASCADE,
   zone INTEGER NOT NULL REFERENCES zone,
   PRIMARY KEY (calendar, zone)
 ) WITHOUT ROWID;
+
+-- One VCALENDAR that was imported: its property lines before the first component, and everything after them
+-- that is no item (VTIMEZONE and whatever else there is), in their places, so that an export gives them back.
+CREATE TABLE envelope (
+  id INTEGER PRIMARY KEY AUTOINCREMENT,
+  ordinal INTEGER NOT NULL,            -- 0 for the first VCALENDAR of that title in its file
+  header TEXT NOT NULL
+);
+CREATE TABLE envelope_part (
+  envelope INTEGER NOT NULL REFERENCES envelope ON DELETE CASCADE,
+  position INTEGER NOT NULL,
+  name TEXT NOT NULL,
+  text TEXT NOT NULL,
+  zone INTEGER REFERENCES zone,        -- of a VTIMEZONE: what the envelope's items mean by its TZID
+  PRIMARY KEY (envelope, position)
+) WITHOUT ROWID;
+CREATE TABLE calendar_envelope (
+  calendar INTEGER NOT NULL REFERENCES calendar ON DELETE CASCADE,
+  envelope INTEGER NOT NULL REFERENCES envelope ON DELETE CASCADE,
+  PRIMARY KEY (calendar, envelope)
+) WITHOUT ROWID;
+CREATE INDEX calendar_envelope_envelope ON calendar_envelope (envelope);
 
 CREATE TABLE item (
   id INTEGER PRIMARY KEY AUTOINCREMENT,
@@ -63,9 +70,10 @@ CREATE TABLE item (
   envelope INTEGER REFERENCES envelope,
   places TEXT,                         -- of its components in the envelope, as they stood: "3" or "3,17"
   text TEXT NOT NULL,                  -- the whole resource: the master and its overridden occurrences
-  UNIQUE (calendar, uid)
+  UNIQUE (uid, calendar)
 );
-CREATE INDEX item_uid ON item (uid);
+CREATE INDEX item_calendar ON item (calendar);
+CREATE INDEX item_envelope ON item (envelope);
 CREATE INDEX item_change ON item (change);
 
 -- Events that occur once. extent: the power of 4 (of seconds) that their length stays below, so that a range

@@ -1,0 +1,267 @@
+#include "eventkit/embedded/storage/item_table.h"
+
+#include <SQLiteCpp/Column.h>
+#include <SQLiteCpp/Statement.h>
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <vector>
+
+#include "eventkit/embedded/ical/component.h"
+#include "eventkit/embedded/ical/zones.h"
+#include "eventkit/embedded/storage/index_rows.h"
+
+namespace ek::embedded {
+namespace {
+
+constexpr std::string_view kZonePrefix = "vtimezone:";
+
+#define ZUNO_ITEM_COLUMNS "SELECT id, calendar, kind, identifier, uid, change, envelope, text FROM item "
+
+std::optional<ItemRow> firstRow(SQLite::Statement& select) {
+  if (!select.executeStep()) return std::nullopt;
+  ItemRow row;
+  row.id = select.getColumn(0).getInt64();
+  row.calendar = select.getColumn(1).getInt64();
+  row.kind = static_cast<EntityType>(select.getColumn(2).getInt());
+  row.identifier = select.getColumn(3).getString();
+  row.uid = select.getColumn(4).getString();
+  row.change = select.getColumn(5).getInt64();
+  if (!select.isColumnNull(6)) row.envelope = select.getColumn(6).getInt64();
+  row.text = select.getColumn(7).getString();
+  return row;
+}
+
+// Known names mean themselves; what has no name in the zone database ("GMT+01:00") is found again by the
+// TZID that named it.
+KeyedZone knownZone(std::string_view tzid) {
+  auto zone = ical::zoneNamed(tzid);
+  if (!zone) return {};
+  std::string key = zone->name().empty() ? std::string(tzid) : zone->name();
+  return {.zone = std::move(zone), .key = std::move(key)};
+}
+
+}  // namespace
+
+std::optional<ItemRow> ItemTable::find(RowId id) {
+  const auto select = database_.statement(ZUNO_ITEM_COLUMNS "WHERE id = ?");
+  select->bind(1, id);
+  return firstRow(*select);
+}
+
+std::optional<ItemRow> ItemTable::findByIdentifier(std::string_view identifier) {
+  const auto select = database_.statement(ZUNO_ITEM_COLUMNS "WHERE identifier = ?");
+  select->bind(1, std::string(identifier));
+  return firstRow(*select);
+}
+
+std::optional<ItemRow> ItemTable::findByUid(std::string_view uid) {
+  const auto select = database_.statement(ZUNO_ITEM_COLUMNS "WHERE uid = ? ORDER BY id LIMIT 1");
+  select->bind(1, std::string(uid));
+  return firstRow(*select);
+}
+
+std::optional<ItemRow> ItemTable::findInCalendar(RowId calendar, std::string_view uid) {
+  const auto select = database_.statement(ZUNO_ITEM_COLUMNS "WHERE uid = ? AND calendar = ?");
+  select->bind(1, std::string(uid));
+  select->bind(2, calendar);
+  return firstRow(*select);
+}
+
+RowId ItemTable::insert(RowId calendar, std::string_view identifier, std::string_view text,
+                        const ItemIndex& index, const ItemPlaces* places) {
+  const auto insert = database_.statement(
+      "INSERT INTO item (calendar, kind, identifier, uid, change, envelope, places, text) "
+      "VALUES (?, ?, ?, ?, ?, ?, ?, ?)");
+  insert->bind(1, calendar);
+  insert->bind(2, static_cast<int>(index.kind));
+  insert->bind(3, identifier.empty() ? newIdentifier() : std::string(identifier));
+  insert->bindNoCopy(4, index.uid);
+  insert->bind(5, database_.nextChange());
+  if (places != nullptr) {
+    insert->bind(6, places->envelope);
+    insert->bindNoCopy(7, places->places);
+  }
+  const std::string kept(text);
+  insert->bindNoCopy(8, kept);
+  insert->exec();
+  const RowId id = database_.lastInsertedRow();
+  insertIndexRows(id, calendar, index);
+  return id;
+}
+
+void ItemTable::insertIndexRows(RowId id, RowId calendar, const ItemIndex& index) {
+  const IndexRow row = indexRowOf(index);
+  if (const auto* single = std::get_if<SingleRow>(&row)) {
+    const auto insert = database_.statement("INSERT INTO single_event VALUES (?, ?, ?, ?, ?, ?, ?)");
+    insert->bind(1, single->extent);
+    insert->bind(2, single->lo);
+    insert->bind(3, id);
+    insert->bind(4, single->hi);
+    insert->bind(5, calendar);
+    insert->bind(6, single->flags);
+    insert->bindNoCopy(7, single->title);
+    insert->exec();
+  } else if (const auto* series = std::get_if<SeriesRow>(&row)) {
+    const auto insert = database_.statement("INSERT INTO series_event VALUES (?, ?, ?, ?, ?)");
+    insert->bind(1, id);
+    insert->bind(2, calendar);
+    insert->bind(3, series->lo);
+    insert->bind(4, series->hi);
+    insert->bindNoCopy(5, series->data.data(), static_cast<int>(series->data.size()));
+    insert->exec();
+  } else if (const auto* reminder = std::get_if<ReminderRow>(&row)) {
+    const auto bindOptional = [](SQLite::Statement& statement, int place, std::optional<std::int64_t> value) {
+      if (value) statement.bind(place, *value);
+    };
+    const auto insert = database_.statement("INSERT INTO reminder VALUES (?, ?, ?, ?, ?, ?, ?)");
+    insert->bind(1, id);
+    insert->bind(2, calendar);
+    insert->bind(3, reminder->isCompleted ? 1 : 0);
+    bindOptional(*insert, 4, reminder->completion);
+    bindOptional(*insert, 5, reminder->due);
+    insert->bind(6, reminder->dueIsFloating ? 1 : 0);
+    insert->bind(7, reminder->created ? *reminder->created : foundation::now().time_since_epoch().count());
+    insert->exec();
+  }
+}
+
+void ItemTable::replace(RowId id, RowId calendar, std::string_view text, const ItemIndex& index) {
+  const auto select = database_.statement("SELECT calendar FROM item WHERE id = ?");
+  select->bind(1, id);
+  if (!select->executeStep()) return;
+  const RowId former = select->getColumn(0).getInt64();
+  if (former != calendar) carryZones(id, former, calendar);
+  update(id, calendar, text, index);
+}
+
+void ItemTable::replaceImported(RowId id, RowId calendar, std::string_view text, const ItemIndex& index,
+                                const ItemPlaces& places) {
+  update(id, calendar, text, index);
+  const auto move = database_.statement("UPDATE item SET envelope = ?, places = ? WHERE id = ?");
+  move->bind(1, places.envelope);
+  move->bindNoCopy(2, places.places);
+  move->bind(3, id);
+  move->exec();
+}
+
+void ItemTable::update(RowId id, RowId calendar, std::string_view text, const ItemIndex& index) {
+  ItemIndex known = index;
+  if (!known.created) {
+    const auto select = database_.statement("SELECT created FROM reminder WHERE item = ?");
+    select->bind(1, id);
+    if (select->executeStep()) known.created = Date(std::chrono::seconds(select->getColumn(0).getInt64()));
+  }
+  const auto update = database_.statement(
+      "UPDATE item SET calendar = ?, kind = ?, uid = ?, change = ?, text = ? WHERE id = ?");
+  update->bind(1, calendar);
+  update->bind(2, static_cast<int>(index.kind));
+  update->bindNoCopy(3, index.uid);
+  update->bind(4, database_.nextChange());
+  const std::string kept(text);
+  update->bindNoCopy(5, kept);
+  update->bind(6, id);
+  update->exec();
+  eraseIndexRows(database_, id);
+  insertIndexRows(id, calendar, known);
+}
+
+void ItemTable::erase(RowId id) {
+  const auto mark =
+      database_.statement("INSERT INTO removed_item SELECT id, calendar, uid, ? FROM item WHERE id = ?");
+  mark->bind(1, database_.nextChange());
+  mark->bind(2, id);
+  mark->exec();
+  eraseIndexRows(database_, id);
+  const auto remove = database_.statement("DELETE FROM item WHERE id = ?");
+  remove->bind(1, id);
+  remove->exec();
+}
+
+void ItemTable::carryZones(RowId id, RowId from, RowId to) {
+  const auto carry = database_.statement(
+      "INSERT OR IGNORE INTO calendar_zone SELECT ?3, zone.id FROM zone, item WHERE item.id = ?1 AND "
+      "instr(item.text, zone.tzid) > 0 AND (zone.id IN (SELECT zone FROM calendar_zone WHERE calendar = ?2) "
+      "OR "
+      "zone.id IN (SELECT zone FROM envelope_part WHERE envelope = item.envelope))");
+  carry->bind(1, id);
+  carry->bind(2, from);
+  carry->bind(3, to);
+  carry->exec();
+  const auto leave = database_.statement("UPDATE item SET envelope = NULL, places = NULL WHERE id = ?");
+  leave->bind(1, id);
+  leave->exec();
+}
+
+ZoneFinder ItemTable::zoneFinder(RowId calendar, std::optional<RowId> envelope) {
+  return [this, calendar, envelope](std::string_view tzid) -> KeyedZone {
+    if (KeyedZone known = knownZone(tzid); known.zone) return known;
+    const auto row = zoneRow(calendar, envelope, std::string(tzid));
+    Zone zone = row ? loadZone(*row) : nullptr;
+    if (!zone) return {};
+    return {.zone = std::move(zone), .key = std::string(kZonePrefix) + std::to_string(*row)};
+  };
+}
+
+std::shared_ptr<const foundation::TimeZone> ItemTable::zoneForKey(std::string_view key) {
+  if (key.empty()) return nullptr;
+  if (!key.starts_with(kZonePrefix)) return ical::zoneNamed(key);
+  const std::string_view number = key.substr(kZonePrefix.size());
+  RowId row = 0;
+  const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), row);
+  if (error != std::errc() || end != number.data() + number.size()) return nullptr;
+  return loadZone(row);
+}
+
+std::optional<RowId> ItemTable::zoneRow(RowId calendar, std::optional<RowId> envelope,
+                                        const std::string& tzid) {
+  // The last of two equal TZIDs is what an import of a newer file meant.
+  const auto select = database_.statement(
+      "SELECT zone.id, 0 AS rank FROM envelope_part JOIN zone ON zone.id = envelope_part.zone "
+      "WHERE envelope_part.envelope = ?2 AND zone.tzid = ?3 UNION ALL "
+      "SELECT zone.id, 1 FROM calendar_zone JOIN zone ON zone.id = calendar_zone.zone "
+      "WHERE calendar_zone.calendar = ?1 AND zone.tzid = ?3 UNION ALL "
+      "SELECT zone.id, 2 FROM calendar_envelope JOIN envelope_part USING (envelope) "
+      "JOIN zone ON zone.id = envelope_part.zone "
+      "WHERE calendar_envelope.calendar = ?1 AND zone.tzid = ?3 ORDER BY 2, 1 DESC LIMIT 1");
+  select->bind(1, calendar);
+  if (envelope) select->bind(2, *envelope);
+  select->bind(3, tzid);
+  if (!select->executeStep()) return std::nullopt;
+  return select->getColumn(0).getInt64();
+}
+
+ItemTable::Zone ItemTable::loadZone(RowId zone) {
+  if (zonesSince_ != database_.rollbacks()) zones_.clear();
+  zonesSince_ = database_.rollbacks();
+  if (const auto known = zones_.find(zone); known != zones_.end()) return known->second;
+  const auto select = database_.statement("SELECT text FROM zone WHERE id = ?");
+  select->bind(1, zone);
+  if (!select->executeStep()) return nullptr;
+  const std::vector<ical::Component> parsed = ical::parseComponents(select->getColumn(0).getString());
+  return zones_[zone] = parsed.empty() ? nullptr : ical::zoneOf(parsed.front());
+}
+
+void ItemTable::ensureTimeZone(RowId calendar, std::string_view tzid, std::string_view vtimezone) {
+  if (zoneRow(calendar, std::nullopt, std::string(tzid))) return;
+  const auto link = database_.statement("INSERT INTO calendar_zone VALUES (?, ?)");
+  link->bind(1, calendar);
+  link->bind(2, keepZone(tzid, vtimezone));
+  link->exec();
+}
+
+RowId ItemTable::keepZone(std::string_view tzid, std::string_view vtimezone) {
+  const std::string name(tzid);
+  const std::string text(vtimezone);
+  const auto insert = database_.statement("INSERT OR IGNORE INTO zone (tzid, text) VALUES (?, ?)");
+  insert->bindNoCopy(1, name);
+  insert->bindNoCopy(2, text);
+  insert->exec();
+  const auto select = database_.statement("SELECT id FROM zone WHERE tzid = ? AND text = ?");
+  select->bindNoCopy(1, name);
+  select->bindNoCopy(2, text);
+  select->executeStep();
+  return select->getColumn(0).getInt64();
+}
+
+}  // namespace ek::embedded

@@ -1,0 +1,80 @@
+#include <array>
+#include <chrono>
+#include <cstdlib>
+#include <iostream>
+#include <map>
+#include <mutex>
+#include <pwd.h>
+#include <set>
+#include <unistd.h>
+
+#include "eventkit/embedded/storage/database.h"
+#include "eventkit/embedded/storage/store_file.h"
+
+namespace ek::embedded {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr auto kRetryAfter = std::chrono::seconds(1);
+
+struct SharedEntry {
+  std::weak_ptr<Database> database;
+  FileIdentity file;
+  std::optional<Clock::time_point> failed;
+};
+
+struct SharedDatabases {
+  std::mutex mutex;
+  std::map<std::string, SharedEntry> entries;
+  std::set<std::string> told;
+};
+
+SharedDatabases& sharedDatabases() {
+  static SharedDatabases databases;
+  return databases;
+}
+
+std::optional<std::string> environment(const char* name) {
+  const char* value = std::getenv(name);
+  if (value == nullptr || *value == '\0') return std::nullopt;
+  return value;
+}
+
+std::string homeFolder() {
+  if (const auto home = environment("HOME")) return *home;
+  passwd entry{};
+  passwd* found = nullptr;
+  std::array<char, 16384> buffer{};
+  if (getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found != nullptr)
+    return found->pw_dir;
+  return "/";
+}
+
+}  // namespace
+
+std::string defaultStorePath() {
+  if (const auto path = environment("ZUNO_STORE")) return *path;
+  const auto dataHome = environment("XDG_DATA_HOME");
+  // A relative one is to be ignored, says the XDG Base Directory Specification.
+  const bool isUsable = dataHome && dataHome->front() == '/';
+  return (isUsable ? *dataHome : homeFolder() + "/.local/share") + "/zuno/calendars.sqlite";
+}
+
+std::shared_ptr<Database> Database::shared(const std::string& path) {
+  SharedDatabases& databases = sharedDatabases();
+  const std::lock_guard lock(databases.mutex);
+  SharedEntry& entry = databases.entries[path];
+  if (auto database = entry.database.lock(); database && entry.file == identityOf(path)) return database;
+  if (entry.failed && Clock::now() - *entry.failed < kRetryAfter) return nullptr;
+  std::string why;
+  auto database = open(path, why);
+  if (!database) {
+    entry.failed = Clock::now();
+    if (databases.told.insert(why).second) std::cerr << why << '\n';
+    return nullptr;
+  }
+  entry = {.database = database, .file = identityOf(path), .failed = std::nullopt};
+  return database;
+}
+
+}  // namespace ek::embedded
