@@ -92,13 +92,13 @@ std::string_view lineBreakOf(std::string_view raw) {
 }
 
 LineParts partsOf(std::string_view content) {
-  const std::size_t nameLength = std::min(content.find_first_of(":;"), content.size());
+  std::size_t nameLength = 0;
+  while (nameLength < content.size() && content[nameLength] != ':' && content[nameLength] != ';') ++nameLength;
   if (nameLength == 0 || nameLength == content.size()) return {};
-  if (content[nameLength] == ':') return {nameLength, nameLength + 1};
   bool isQuoted = false;
   for (std::size_t at = nameLength; at < content.size(); ++at) {
-    if (content[at] == '"') isQuoted = !isQuoted;
     if (content[at] == ':' && !isQuoted) return {nameLength, at + 1};
+    if (content[at] == '"') isQuoted = !isQuoted;
   }
   const std::size_t colon = content.find(':', nameLength);
   return colon == std::string_view::npos ? LineParts{} : LineParts{nameLength, colon + 1};
