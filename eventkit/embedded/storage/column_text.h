@@ -1,7 +1,6 @@
 #pragma once
 
 #include <SQLiteCpp/Column.h>
-
 #include <cstddef>
 #include <string_view>
 

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "eventkit/embedded/ical/content_lines.h"
+#include "eventkit/embedded/ical/values.h"
 
 namespace ek::embedded {
 namespace {
@@ -110,7 +111,7 @@ std::string uidIn(std::string_view component) {
     ical::unfold(line.raw, whole);
     const ical::LineParts parts = ical::partsOf(whole);
     if (ical::equalNames(std::string_view(whole).substr(0, parts.nameLength), "UID"))
-      return std::string(ical::trimmed(std::string_view(whole).substr(parts.valueBegin)));
+      return ical::decodeText(ical::trimmed(std::string_view(whole).substr(parts.valueBegin)));
   }
   return {};
 }

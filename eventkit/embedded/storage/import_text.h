@@ -18,7 +18,7 @@ bool hasUniformLineBreaks(std::string_view text);
 // With every CR, LF, CRLF and CR CR LF replaced by `lineBreak`.
 std::string withLineBreaks(std::string_view text, std::string_view lineBreak);
 
-// The UID of a component or card by its own first UID line, not one of an inner component; unfolded. Empty
+// The UID of a component or card by its own first UID line, not one of an inner component; decoded. Empty
 // when it has none.
 std::string uidIn(std::string_view component);
 
