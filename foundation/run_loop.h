@@ -17,7 +17,7 @@ class AutoreleasePool {
   AutoreleasePool& operator=(const AutoreleasePool&) = delete;
 
  private:
-  [[maybe_unused]] void* pool_;
+  void* pool_;
 };
 
 }  // namespace foundation

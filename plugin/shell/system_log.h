@@ -1,8 +1,0 @@
-// The system's log.
-#pragma once
-
-namespace zuno {
-
-void logLine(const char* line);
-
-}  // namespace zuno
