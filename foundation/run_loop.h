@@ -17,7 +17,7 @@ class AutoreleasePool {
   AutoreleasePool& operator=(const AutoreleasePool&) = delete;
 
  private:
-  void* pool_;
+  [[maybe_unused]] void* pool_;
 };
 
 }  // namespace foundation

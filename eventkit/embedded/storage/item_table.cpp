@@ -223,7 +223,7 @@ std::optional<RowId> ItemTable::zoneRow(RowId calendar, std::optional<RowId> env
       "WHERE calendar_zone.calendar = ?1 AND zone.tzid = ?3 UNION ALL "
       "SELECT zone.id, 2 FROM calendar_envelope JOIN envelope_part USING (envelope) "
       "JOIN zone ON zone.id = envelope_part.zone "
-      "WHERE calendar_envelope.calendar = ?1 AND zone.tzid = ?3 ORDER BY 2, 1 DESC LIMIT 1");
+      "WHERE ?2 IS NULL AND calendar_envelope.calendar = ?1 AND zone.tzid = ?3 ORDER BY 2, 1 DESC LIMIT 1");
   select->bind(1, calendar);
   if (envelope) select->bind(2, *envelope);
   select->bind(3, tzid);
@@ -242,11 +242,12 @@ ItemTable::Zone ItemTable::loadZone(RowId zone) {
   return zones_[zone] = parsed.empty() ? nullptr : ical::zoneOf(parsed.front());
 }
 
+// What the calendar means by the TZID now is written down, so that no later import gives it another meaning.
 void ItemTable::ensureTimeZone(RowId calendar, std::string_view tzid, std::string_view vtimezone) {
-  if (zoneRow(calendar, std::nullopt, std::string(tzid))) return;
-  const auto link = database_.statement("INSERT INTO calendar_zone VALUES (?, ?)");
+  const auto known = zoneRow(calendar, std::nullopt, std::string(tzid));
+  const auto link = database_.statement("INSERT OR IGNORE INTO calendar_zone VALUES (?, ?)");
   link->bind(1, calendar);
-  link->bind(2, keepZone(tzid, vtimezone));
+  link->bind(2, known ? *known : keepZone(tzid, vtimezone));
   link->exec();
 }
 

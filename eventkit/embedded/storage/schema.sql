@@ -43,6 +43,7 @@ CREATE TABLE calendar_zone (
 CREATE TABLE envelope (
   id INTEGER PRIMARY KEY AUTOINCREMENT,
   ordinal INTEGER NOT NULL,            -- 0 for the first VCALENDAR of that title in its file
+  title TEXT NOT NULL,                 -- of its calendars when it was imported
   header TEXT NOT NULL
 );
 CREATE TABLE envelope_part (
@@ -114,6 +115,13 @@ CREATE INDEX reminder_calendar ON reminder (calendar);
 CREATE TABLE removed_item (item INTEGER PRIMARY KEY, calendar INTEGER NOT NULL, uid TEXT NOT NULL, change INTEGER NOT NULL);
 CREATE INDEX removed_item_change ON removed_item (change);
 
-CREATE TABLE contact (id INTEGER PRIMARY KEY, name TEXT NOT NULL, address TEXT NOT NULL, text TEXT NOT NULL UNIQUE);
+CREATE TABLE contact (
+  id INTEGER PRIMARY KEY,
+  uid TEXT UNIQUE,                     -- of the card, if it has one
+  name TEXT NOT NULL,
+  address TEXT NOT NULL,
+  text TEXT NOT NULL UNIQUE            -- the whole card
+);
 CREATE TABLE contact_email (email TEXT NOT NULL, contact INTEGER NOT NULL REFERENCES contact ON DELETE CASCADE);
 CREATE INDEX contact_email_email ON contact_email (email);
+CREATE INDEX contact_email_contact ON contact_email (contact);

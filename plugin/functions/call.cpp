@@ -1,0 +1,18 @@
+#include "plugin/functions/call.h"
+
+#include "plugin/shell/plugin_error.h"
+
+namespace zuno {
+
+Call::Call(const fmx::DataVect& arguments, fmx::Data& result) : arguments_(arguments), result_(result) {
+  g_llasterror = 0;
+  if (g_sharedFunctions != nullptr) g_sharedFunctions->resetLastErrorString();
+}
+
+void Call::finish() {
+  if (!failed()) return;
+  if (error) error->setError(static_cast<std::int32_t>(g_llasterror), 0, std::nullopt);
+  assignErrorMarker(result_);
+}
+
+}  // namespace zuno

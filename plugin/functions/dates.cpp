@@ -1,0 +1,75 @@
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+
+#include "foundation/date.h"
+#include "foundation/time_zone.h"
+#include "plugin/functions/host_values.h"
+
+namespace zuno {
+
+namespace {
+
+struct Offset {
+  const char* sign;
+  int hours;
+  int rest;
+};
+
+// The default zone's offset of today, whatever the date that it is put to. Exactly GMT has a minus, and the
+// rest is in seconds: 05 and 1800 half past five hours east. Dates in scripts depend on both.
+Offset offsetToday() {
+  const auto seconds =
+      static_cast<int>(foundation::TimeZone::defaultZone()->offsetAt(foundation::now()).count());
+  const int hours = seconds / 3600;
+  return {seconds > 0 ? "+" : "-", std::abs(hours), std::abs(seconds - hours * 3600)};
+}
+
+std::optional<Date> dateFrom(const fmx::DateTime& timestamp) {
+  const Offset offset = offsetToday();
+  std::array<char, 128> text;
+  std::snprintf(text.data(), text.size(), "%d-%.2d-%.2d %.2d:%.2d:%.2d %s%.2d%.2d", timestamp.GetYear(),
+                timestamp.GetMonth(), timestamp.GetDay(), timestamp.GetHour(), timestamp.GetMinute(),
+                timestamp.GetSec(), offset.sign, offset.hours, offset.rest);
+  return foundation::dateWithString(text.data());
+}
+
+std::optional<Date> dateTold(const Value& value) {
+  if (const std::string* text = std::get_if<std::string>(&value)) return foundation::dateWithString(*text);
+  return dateOf(value);
+}
+
+// What the text of a date can tell, and the host can hold.
+bool isShown(int year) { return year >= 1 && year <= 9999; }
+
+}  // namespace
+
+std::optional<Date> dateArgument(const fmx::DataVect& arguments, fmx::uint32 index) {
+  if (index >= arguments.Size() || arguments.AtAsText(index).GetSize() == 0) return std::nullopt;
+  try {
+    return dateFrom(arguments.AtAsTimeStamp(index));
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+}
+
+void assignDate(const Value& value, DateForm form, fmx::Data& result) {
+  const std::optional<Date> date = dateTold(value);
+  if (!date) return;
+  const foundation::WallFields wall =
+      foundation::fieldsOf(foundation::TimeZone::defaultZone()->wallTimeOf(*date));
+  if (!isShown(wall.year)) return;
+  const fmx::DateTimeUniquePtr moment;
+  moment->SetNormalizedDate(static_cast<fmx::int16>(wall.month), static_cast<fmx::int16>(wall.day),
+                            static_cast<fmx::int16>(wall.year));
+  moment->SetNormalizedTime(wall.hour, static_cast<fmx::int16>(wall.minute),
+                            static_cast<fmx::int16>(wall.second), 0);
+  if (form == DateForm::timestamp)
+    result.SetAsTimeStamp(*moment);
+  else
+    result.SetAsDate(*moment);
+}
+
+}  // namespace zuno

@@ -1,0 +1,115 @@
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "foundation/text.h"
+#include "plugin/backend/keywords.h"
+#include "plugin/functions/call.h"
+#include "plugin/shell/external_functions.h"
+
+namespace zuno {
+
+namespace {
+
+// By keyword alone, whatever the type. What may be set as a date is a shorter list than what reads as one.
+constexpr std::string_view kTimestampProperties[] = {"absolutetrigger", "enddate",    "modifieddate",
+                                                     "startdate",       "occurrence", "datestamp"};
+constexpr std::string_view kDateProperties[] = {"completeddate", "duedate"};
+constexpr std::string_view kSettableDates[] = {"absolutetrigger", "enddate",       "startdate",
+                                               "occurrence",      "completeddate", "duedate"};
+
+template <std::size_t N>
+bool isOneOf(const std::string_view (&words)[N], std::string_view word) {
+  return std::find(std::begin(words), std::end(words), word) != std::end(words);
+}
+
+Value read(iCalEKFunctions& backend, ItemType type, const std::string& property,
+           const std::optional<std::string>& subProperty) {
+  switch (type) {
+    case ItemType::event:
+      return backend.getEventAttribute(property, 1, std::nullopt);
+    case ItemType::reminder:
+      return backend.getReminderAttribute(property, 1, std::nullopt);
+    case ItemType::calendar:
+    case ItemType::reminderList:
+      return backend.getCalendarAttribute(property, 1, std::nullopt);
+    case ItemType::alarm:
+      return backend.getAlarmAttribute(property, 1, std::nullopt);
+    case ItemType::attendee:
+      return backend.getParticipantAttribute(property, 1, std::nullopt);
+    case ItemType::recurrenceRule:
+      return backend.getEventRecurrenceRuleAttribute(property, subProperty);
+  }
+  return {};
+}
+
+int write(iCalEKFunctions& backend, ItemType type, const std::string& property, const Value& value) {
+  switch (type) {
+    case ItemType::event:
+      return backend.setEventProp(property, value);
+    case ItemType::reminder:
+      return backend.setReminderProp(property, value);
+    case ItemType::calendar:
+    case ItemType::reminderList:
+      return backend.setCalendarProp(property, value);
+    case ItemType::alarm:
+      return backend.setAlarmProp(property, value);
+    case ItemType::recurrenceRule:  // accepted, without effect
+      return 0;
+    case ItemType::attendee:
+      Call::fail(kErrInvalidParameters);
+  }
+  return -1;
+}
+
+void assignValue(const Value& value, std::string_view property, const std::optional<std::string>& subProperty,
+                 fmx::Data& result) {
+  if (isOneOf(kTimestampProperties, property) || subProperty == "enddate")
+    assignDate(value, DateForm::timestamp, result);
+  else if (isOneOf(kDateProperties, property))
+    assignDate(value, DateForm::date, result);
+  else if (std::holds_alternative<Date>(value))
+    AssignStringResult(textOf(value), result);
+  else
+    AssignStringResult(plainTextOf(value), result);
+}
+
+}  // namespace
+
+fmx::errcode Zuno_GetProperty(short /*functionId*/, const fmx::ExprEnv& environment,
+                              const fmx::DataVect& arguments, fmx::Data& result) {
+  return runCall(environment, arguments, result, [](Call& call) {
+    const std::optional<std::string> type = call.text(0);
+    const std::optional<std::string> property = lowercased(call.text(1));
+    const std::optional<std::string> subProperty = lowercased(call.text(2));
+    Call::clearErrors();
+    if (!type || !property) return;
+    const std::optional<ItemType> kind = itemTypeFrom(type);
+    if (!kind) return Call::fail(kErrInvalidParameters);
+    const Value value =
+        Call::ask([&](iCalEKFunctions& backend) { return read(backend, *kind, *property, subProperty); });
+    if (!Call::failed()) assignValue(value, *property, subProperty, call.result());
+  });
+}
+
+fmx::errcode Zuno_SetProperty(short /*functionId*/, const fmx::ExprEnv& environment,
+                              const fmx::DataVect& arguments, fmx::Data& result) {
+  return runCall(environment, arguments, result, [](Call& call) {
+    const std::optional<std::string> type = call.text(0);
+    const std::optional<std::string> property = call.text(1);
+    const bool isDate = property && isOneOf(kSettableDates, foundation::lowercased(*property));
+    const Value value = isDate ? valueOf(call.date(2)) : valueOf(call.text(2));
+    Call::clearErrors();
+    if (!type || !property) return;
+    if (isDate && !dateOf(value)) return Call::fail(kErrMissingArgument);
+    const std::optional<ItemType> kind = itemTypeFrom(type);
+    if (!kind) return Call::fail(kErrInvalidParameters);
+    Call::ask([&](iCalEKFunctions& backend) { return write(backend, *kind, *property, value); });
+    call.succeed();
+  });
+}
+
+}  // namespace zuno
