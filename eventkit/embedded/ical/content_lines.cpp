@@ -93,7 +93,8 @@ std::string_view lineBreakOf(std::string_view raw) {
 
 LineParts partsOf(std::string_view content) {
   std::size_t nameLength = 0;
-  while (nameLength < content.size() && content[nameLength] != ':' && content[nameLength] != ';') ++nameLength;
+  while (nameLength < content.size() && content[nameLength] != ':' && content[nameLength] != ';')
+    ++nameLength;
   if (nameLength == 0 || nameLength == content.size()) return {};
   bool isQuoted = false;
   for (std::size_t at = nameLength; at < content.size(); ++at) {
