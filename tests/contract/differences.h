@@ -5,7 +5,7 @@
 
 namespace ek::contract {
 
-enum class Topic { severalRules, clearingRulesFromALaterOccurrence, keptAnswerOfARemovedItem };
+enum class Topic { severalRules, clearingRulesFromALaterOccurrence };
 
 struct Difference {
   std::string_view store;
@@ -17,8 +17,6 @@ inline constexpr Difference kDifferences[] = {
     {"EventKit", Topic::severalRules, "an item has one rule there: adding one replaces it"},
     {"EventKit", Topic::clearingRulesFromALaterOccurrence,
      "the whole series becomes one event at its first start; a store of ours loses nothing"},
-    {"EventKit", Topic::keptAnswerOfARemovedItem,
-     "an answer holds the platform's objects, and asking after each one would cost a look-up per position"},
 };
 
 constexpr bool differs(std::string_view store, Topic topic) {

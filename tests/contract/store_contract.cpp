@@ -12,6 +12,8 @@ void PrintTo(ErrorCode code, std::ostream* out) { *out << "error code " << stati
 
 namespace ek::contract {
 
+void PrintTo(const StoreKind& kind, std::ostream* out) { *out << kind.name; }
+
 std::string kindName(const testing::TestParamInfo<StoreKind>& info) { return info.param.name; }
 
 BerlinTime::BerlinTime() {

@@ -32,6 +32,7 @@ struct StoreKind {
   // Called with TZ set to the zone of the case.
   std::function<std::unique_ptr<Database>()> make;
 };
+void PrintTo(const StoreKind& kind, std::ostream* out);
 std::string kindName(const testing::TestParamInfo<StoreKind>& info);
 
 // Local time is Berlin's for as long as this lives.
