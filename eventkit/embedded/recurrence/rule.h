@@ -24,7 +24,7 @@ struct WeekdayNum {
 
 struct Until {
   WallTime wall{};      // as written; with isUtc an instant's UTC wall-clock time
-  bool isDate = false;  // the whole day is included
+  bool isDate = false;  // its 00:00: a timed series ends before that day, as every program has it
   bool isUtc = false;
   bool operator==(const Until&) const = default;
 };
@@ -42,29 +42,14 @@ struct Rule {
   bool operator==(const Rule&) const = default;
 };
 
+// What in a rule breaks the standard, in plain words; null for a legal one.
+const char* faultIn(const Rule& rule);
+
 // The value of an RRULE. Nothing for one that breaks the standard (the reason goes to `why` when given):
 // unknown or repeated parts, values out of range, no or two FREQ, COUNT beside UNTIL, numbered weekdays
 // where they have no meaning, BYWEEKNO outside yearly rules, and so on. Tolerated, because programs write
-// them: lower case, blanks around, a trailing ";", X- parts, INTERVAL=0 is refused.
+// them: lower case, blanks around, a trailing ";", X- parts. COUNT=0 and INTERVAL=0 are refused.
 std::optional<Rule> parseRule(std::string_view text, std::string* why = nullptr);
 std::string formatRule(const Rule& rule);
-
-// The wall-clock starts that a rule names from `start` on, ascending, each once. Time zones play no part
-// here, nor does UNTIL in UTC. A start that does not fit the rule is not among them. Ends by itself for a
-// rule that never matches again (no calendar year after 9999 is looked at), and quickly.
-class Expansion {
- public:
-  // dateOnly: the rule's time parts are ignored. `rule` must outlive this.
-  Expansion(const Rule& rule, WallTime start, bool dateOnly);
-  // Goes on with the first one not before `from`, in time that does not grow with the distance. Rules with
-  // COUNT are not cut off here: the caller knows the last one (see lastOfCount).
-  void seek(WallTime from);
-  std::optional<WallTime> next();
-};
-
-// The wall-clock start of the last occurrence of a rule with COUNT. startCounts: the series' start is an
-// occurrence and counts as the first although the rule may not name it. Nothing when the rule ends before
-// the count is reached (the last there is in `lastReached`) .
-std::optional<WallTime> lastOfCount(const Rule& rule, WallTime start, bool dateOnly);
 
 }  // namespace ek::recurrence

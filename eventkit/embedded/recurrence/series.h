@@ -57,7 +57,7 @@ struct Series {
   std::vector<WallTime> excludedDays;   // EXDATE;VALUE=DATE of a timed series: the whole day, ascending
   std::vector<Override> overrides;      // ascending by recurrenceId
   // For each rule with COUNT, worked out once when the item is stored: the last start it names.
-  // Parallel to rules; nothing where the rule has no COUNT.
+  // Parallel to rules; nothing where the rule has no COUNT, or one whose end lies absurdly far.
   std::vector<std::optional<WallTime>> lastStarts;
   std::string title;  // of the series
 };
