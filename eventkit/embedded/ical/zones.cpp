@@ -7,6 +7,7 @@
 
 #include "eventkit/embedded/ical/values.h"
 #include "eventkit/embedded/ical/windows_zones.h"
+#include "eventkit/embedded/recurrence/expansion.h"
 #include "eventkit/embedded/recurrence/rule.h"
 
 namespace ek::ical {
@@ -114,7 +115,6 @@ class Observance {
   }
 
   bool isPast(const recurrence::Until& until, WallTime wall) const {
-    if (until.isDate) return wall >= until.wall + std::chrono::days(1);
     return until.isUtc ? onset(wall, false).time_since_epoch() > until.wall.time_since_epoch()
                        : wall > until.wall;
   }
@@ -166,8 +166,9 @@ std::shared_ptr<const TimeZone> zoneNamed(std::string_view tzid) {
   if (tzid.size() >= 2 && tzid.front() == '"' && tzid.back() == '"')
     tzid = trimmed(tzid.substr(1, tzid.size() - 2));
   if (tzid.empty()) return nullptr;
-  if (Zone zone = ofDatabase(tzid)) return zone;
+  // First what needs no look at the zone files: a calendar may name such a zone in each of its events.
   if (const std::string_view name = zoneNameForWindows(tzid); !name.empty()) return TimeZone::named(name);
+  if (Zone zone = ofDatabase(tzid)) return zone;
   if (Zone zone = fixedOffset(tzid)) return zone;
   return behindPrefix(tzid);
 }
