@@ -9,8 +9,7 @@
 namespace fmhost {
 namespace {
 
-// Far above what is written and below what the stack holds. A pair of parentheses takes two.
-constexpr int kMostDepth = 400;
+constexpr int kMostDepth = 400;  // far above what is written, and below what the stack holds
 
 // From loosest to tightest.
 constexpr std::u16string_view kBinaryLevels[] = {u"=≠<>≤≥", u"&", u"+-", u"*/", u"^"};

@@ -75,8 +75,7 @@ std::string headerOf(const ImportedEnvelope& envelope, const std::string& title)
 // everything.
 void mergeHeader(ExportVolume& volume, const ImportedEnvelope& envelope) {
   ical::Component calendar = calendarOf(volume.header);
-  const ical::Component further = calendarOf(envelope.header);
-  for (const ical::Line& line : further.lines())
+  for (const ical::Line& line : calendarOf(envelope.header).lines())
     if (!line.is("METHOD") && calendar.find(line.name()) == nullptr) calendar.add(line);
   volume.header = linesOf(calendar);
 }

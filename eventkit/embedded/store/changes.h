@@ -1,0 +1,17 @@
+// Which items changed since a change number: what kept answers are brought up to date by.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "eventkit/embedded/storage/database.h"
+#include "eventkit/embedded/storage/item_table.h"
+
+namespace ek::embedded {
+
+// Written or removed, each once, ascending. Nothing when there are so many that reading everything again is
+// the cheaper way.
+std::optional<std::vector<RowId>> itemsChangedSince(Database& database, std::int64_t change);
+
+}  // namespace ek::embedded

@@ -1,0 +1,38 @@
+#include "eventkit/embedded/store/document.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace ek::embedded {
+
+Document::Document(ItemRow row, std::shared_ptr<ItemTable> items)
+    : row_(std::move(row)), items_(std::move(items)), zones_(items_->zoneFinder(row_)) {}
+
+const std::vector<ical::Component>& Document::components() const {
+  if (!components_) {
+    components_ = ical::parseComponents(row_.text);
+    if (components_->empty()) throw Exception("the store is damaged: an item has no readable text");
+    fields_.resize(components_->size());
+  }
+  return *components_;
+}
+
+std::size_t Document::componentFor(std::optional<WallTime> recurrenceId) const {
+  const auto& all = components();
+  if (recurrenceId) {
+    const SeriesPlaces places(all, zones_);
+    const auto own = std::ranges::find_if(
+        all, [&](const ical::Component& component) { return places.of(component) == recurrenceId; });
+    if (own != all.end()) return static_cast<std::size_t>(own - all.begin());
+  }
+  return masterOf(all);
+}
+
+const Fields& Document::fields(std::size_t component) const {
+  const ical::Component& read = components()[component];
+  auto& kept = fields_[component];
+  if (!kept) kept = std::make_unique<const Fields>(readFields(read, zones_));
+  return *kept;
+}
+
+}  // namespace ek::embedded
