@@ -9,7 +9,8 @@
 namespace fmhost {
 namespace {
 
-constexpr int kMostDepth = 400;  // far above what is written, and below what the stack holds
+// Far above what is written and below what the stack holds. A pair of parentheses takes two.
+constexpr int kMostDepth = 400;
 
 // From loosest to tightest.
 constexpr std::u16string_view kBinaryLevels[] = {u"=≠<>≤≥", u"&", u"+-", u"*/", u"^"};

@@ -9,7 +9,7 @@ namespace {
 constexpr std::int64_t kMicrosecondsPerSecond = 1'000'000;
 constexpr std::int64_t kMicrosecondsPerDay = 86400 * kMicrosecondsPerSecond;
 constexpr std::int64_t kUnixEpochDay = 719163;
-constexpr std::int64_t kLastDay = 1460972;  // 4000-12-31
+constexpr std::int64_t kLastDay = 1460970;  // 4000-12-31
 
 std::int64_t floorQuotient(std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); }
 

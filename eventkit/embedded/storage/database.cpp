@@ -68,6 +68,10 @@ const std::uint64_t* sharedLogHeader(sqlite3* handle) {
   return static_cast<const std::uint64_t*>(const_cast<void*>(region));
 }
 
+bool hasLog(SQLite::Database& database) {
+  return database.execAndGet("PRAGMA journal_mode").getString() == "wal";
+}
+
 std::uint64_t nextSerial() {
   static std::atomic<std::uint64_t> serial{0};
   return ++serial;
@@ -82,6 +86,30 @@ struct Database::CachedStatement {
 };
 
 struct Database::Connection {
+  static std::unique_ptr<Connection> open(const std::string& path) {
+    if (isOnlyReadable(path)) return openImmutable(path);
+    try {
+      auto connection = std::make_unique<Connection>(path, path, SQLITE_OPEN_READWRITE);
+      readMarks(connection->database);  // this is what opens the log
+      connection->file = identityOf(path, false);
+      return connection;
+    } catch (const SQLite::Exception& error) {
+      const bool mayBeReadable =
+          error.getErrorCode() == SQLITE_CANTOPEN || error.getErrorCode() == SQLITE_READONLY;
+      if (!mayBeReadable || hasWriteAheadLog(path)) throw;
+    }
+    return openImmutable(path);
+  }
+
+  static std::unique_ptr<Connection> openImmutable(const std::string& path) {
+    const FileIdentity before = identityOf(path, true);
+    auto connection =
+        std::make_unique<Connection>(path, immutableUri(path), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+    connection->isImmutable = true;
+    connection->file = before;
+    return connection;
+  }
+
   Connection(std::string storePath, const std::string& name, int flags)
       : path(std::move(storePath)), database(name, flags) {
     sqlite3_busy_handler(database.getHandle(), waitForOthers, &patience);
@@ -98,7 +126,9 @@ struct Database::Connection {
   Transaction::Kind kind = Transaction::Kind::reading;
   std::int64_t pendingChange = 0;
   bool isReadOnly = false;
+  bool isImmutable = false;
   bool sharesLog = false;
+  FileIdentity file;
 };
 
 namespace {
@@ -161,20 +191,10 @@ Database::~Database() { connection_->statements.clear(); }
 
 std::shared_ptr<Database> Database::open(const std::string& givenPath, std::string& why) {
   const std::string path = std::filesystem::absolute(givenPath).lexically_normal().string();
-  const auto connect = [&](const std::string& name, int flags) {
-    return std::make_unique<Connection>(path, name, flags);
-  };
   try {
     prepareFile(path);
-    auto connection = connect(path, SQLITE_OPEN_READWRITE);
-    FileMarks marks;
-    try {
-      marks = readMarks(connection->database);
-    } catch (const SQLite::Exception& error) {
-      if (error.getErrorCode() != SQLITE_CANTOPEN || hasWriteAheadLog(path)) throw;
-      connection = connect(immutableUri(path), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
-      marks = readMarks(connection->database);
-    }
+    auto connection = Connection::open(path);
+    const FileMarks marks = readMarks(connection->database);
     SQLite::Database& database = connection->database;
     connection->isReadOnly = sqlite3_db_readonly(database.getHandle(), "main") == 1;
     checkMarks(path, marks);
@@ -187,7 +207,9 @@ std::shared_ptr<Database> Database::open(const std::string& givenPath, std::stri
         "PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON; PRAGMA cache_size = -16000;"
         "PRAGMA journal_size_limit = 4194304; PRAGMA temp_store = MEMORY");
     readMarks(database);  // maps the log's shared memory
-    connection->sharesLog = sharedLogHeader(database.getHandle()) != nullptr;
+    // Asking where there is no log would make one's shared file.
+    connection->sharesLog =
+        !connection->isImmutable && hasLog(database) && sharedLogHeader(database.getHandle());
     keepLogOnClose(database, false);
     return std::shared_ptr<Database>(new Database(std::move(connection)));
   } catch (const Refusal& refusal) {
@@ -202,6 +224,9 @@ std::shared_ptr<Database> Database::open(const std::string& givenPath, std::stri
 
 const std::string& Database::path() const { return connection_->path; }
 bool Database::isReadOnly() const { return connection_->isReadOnly; }
+bool Database::isCurrent() const {
+  return connection_->file == identityOf(connection_->path, connection_->isImmutable);
+}
 std::uint64_t Database::rollbacks() const { return connection_->rollbacks; }
 RowId Database::lastInsertedRow() const { return connection_->database.getLastInsertRowid(); }
 SQLite::Database& Database::connection() { return connection_->database; }

@@ -27,7 +27,7 @@ class Database {
   // Opens the file, creating it (0600, with its folders 0700) and the first source, calendar and list when it
   // does not exist. Null with a reason for people when it cannot be opened: no permission, no SQLite file,
   // made by a newer version. Such a file is never changed. A store that can only be read is opened for
-  // reading; on a medium where SQLite can keep no shared memory it is taken to be immutable.
+  // reading, without leaving files beside it; it is taken to be immutable while nobody else has it open.
   static std::shared_ptr<Database> open(const std::string& path, std::string& why);
   // The connection that every store of this process on the same path shares; opened on first use, tried again
   // at most once a second after a failure, and then null. The reason is written to standard error once.
@@ -40,6 +40,9 @@ class Database {
 
   const std::string& path() const;
   bool isReadOnly() const;
+  // False when another file was put in the place of this one, or it is gone, or one that was taken to be
+  // immutable was changed. Costs a stat().
+  bool isCurrent() const;
 
   // A statement that is reset and unbound when it goes out of scope. What SQLite throws becomes ek::Exception
   // at the edge of the store (see guarded below).

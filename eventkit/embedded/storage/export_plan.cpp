@@ -75,7 +75,8 @@ std::string headerOf(const ImportedEnvelope& envelope, const std::string& title)
 // everything.
 void mergeHeader(ExportVolume& volume, const ImportedEnvelope& envelope) {
   ical::Component calendar = calendarOf(volume.header);
-  for (const ical::Line& line : calendarOf(envelope.header).lines())
+  const ical::Component further = calendarOf(envelope.header);
+  for (const ical::Line& line : further.lines())
     if (!line.is("METHOD") && calendar.find(line.name()) == nullptr) calendar.add(line);
   volume.header = linesOf(calendar);
 }

@@ -9,7 +9,6 @@
 #include <unistd.h>
 
 #include "eventkit/embedded/storage/database.h"
-#include "eventkit/embedded/storage/store_file.h"
 
 namespace ek::embedded {
 namespace {
@@ -19,7 +18,6 @@ constexpr auto kRetryAfter = std::chrono::seconds(1);
 
 struct SharedEntry {
   std::weak_ptr<Database> database;
-  FileIdentity file;
   std::optional<Clock::time_point> failed;
 };
 
@@ -64,7 +62,7 @@ std::shared_ptr<Database> Database::shared(const std::string& path) {
   SharedDatabases& databases = sharedDatabases();
   const std::lock_guard lock(databases.mutex);
   SharedEntry& entry = databases.entries[path];
-  if (auto database = entry.database.lock(); database && entry.file == identityOf(path)) return database;
+  if (auto database = entry.database.lock(); database && database->isCurrent()) return database;
   if (entry.failed && Clock::now() - *entry.failed < kRetryAfter) return nullptr;
   std::string why;
   auto database = open(path, why);
@@ -73,7 +71,7 @@ std::shared_ptr<Database> Database::shared(const std::string& path) {
     if (databases.told.insert(why).second) std::cerr << why << '\n';
     return nullptr;
   }
-  entry = {.database = database, .file = identityOf(path), .failed = std::nullopt};
+  entry = {.database = database, .failed = std::nullopt};
   return database;
 }
 

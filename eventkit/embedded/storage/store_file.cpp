@@ -119,10 +119,21 @@ bool hasWriteAheadLog(const std::string& path) {
   return stat((path + "-wal").c_str(), &status) == 0 && status.st_size > 0;
 }
 
-FileIdentity identityOf(const std::string& path) {
+bool isOnlyReadable(const std::string& path) {
+  struct stat status {};
+  return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0 &&
+         stat((path + "-shm").c_str(), &status) != 0 && !hasWriteAheadLog(path);
+}
+
+FileIdentity identityOf(const std::string& path, bool withContents) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) return {};
-  return {.device = status.st_dev, .inode = status.st_ino};
+  FileIdentity identity{.device = status.st_dev, .inode = status.st_ino};
+  if (withContents) {
+    identity.size = status.st_size;
+    identity.modified = status.st_mtim.tv_sec * 1'000'000'000 + status.st_mtim.tv_nsec;
+  }
+  return identity;
 }
 
 }  // namespace ek::embedded

@@ -1,6 +1,7 @@
 // The store as a file: what stands at its path before SQLite touches it.
 #pragma once
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 
@@ -20,13 +21,17 @@ void prepareFile(const std::string& path);
 std::string immutableUri(const std::string& path);
 // Whether a write-ahead log with contents stands beside the file.
 bool hasWriteAheadLog(const std::string& path);
+// Whether this process may not write the file and nobody else has it open: then SQLite must not leave files
+// beside it that its owner could not write.
+bool isOnlyReadable(const std::string& path);
 
-// Tells one file from another that is put in its place. Zeros when there is none.
+// Tells one file from another that is put in its place, and one that is taken to be immutable from what
+// somebody made of it. Zeros when there is none.
 struct FileIdentity {
-  unsigned long long device = 0;
-  unsigned long long inode = 0;
+  std::uint64_t device = 0, inode = 0;
+  std::int64_t size = 0, modified = 0;  // only `withContents`
   bool operator==(const FileIdentity&) const = default;
 };
-FileIdentity identityOf(const std::string& path);
+FileIdentity identityOf(const std::string& path, bool withContents);
 
 }  // namespace ek::embedded
