@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include "eventkit/embedded/storage/calendar_table.h"
+#include "tests/storage/process.h"
 #include "tests/storage/temporary_folder.h"
 
 namespace ek::embedded {
@@ -36,21 +37,10 @@ unsigned modeOf(const std::string& path) {
   return status.st_mode & 0777u;
 }
 
-// Runs f in another process and waits for it; its locks and its memory are its own.
-template <class F>
-int inAnotherProcess(F&& f) {
-  const pid_t child = fork();
-  if (child == 0) {
-    int result = 1;
-    try {
-      result = f();
-    } catch (...) {
-    }
-    _exit(result);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+// SQLite knows the locks of its own process by heart: what another one does has to be done by another one.
+void elsewhere(const std::string& path, const std::string& sql) {
+  const zuno_test::Outcome outcome = zuno_test::run({ZUNO_RUN_SQL, path, sql});
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
 }
 
 class StoreFile : public testing::Test {
@@ -138,12 +128,10 @@ TEST_F(StoreFile, OfANewerVersionIsRefusedAndLeftAsItWas) {
 
 TEST_F(StoreFile, OfANewerVersionThatOnlyTheLogTellsIsRefusedAndLeftAsItWas) {
   create();
-  inAnotherProcess([&] {
-    SQLite::Database newer(path_, SQLITE_OPEN_READWRITE);
-    newer.exec("PRAGMA user_version = 99");
-    _exit(0);
-    return 0;
-  });
+  zuno_test::Process newer({ZUNO_RUN_SQL, path_, "PRAGMA user_version = 99", "hold"});
+  newer.waitForOutput();
+  newer.kill();
+  newer.wait();
   const std::string log = contentsOf(path_ + "-wal");
   ASSERT_FALSE(log.empty());
   expectRefusedUntouched("newer version");
@@ -166,6 +154,60 @@ TEST_F(StoreFile, CreatedByManyProcessesAtOnceHasOneOfEach) {
   ASSERT_TRUE(database) << why_;
   EXPECT_EQ(calendarsOf(*database).size(), 2u);
   EXPECT_EQ(CalendarTable(*database).sources().size(), 1u);
+}
+
+// Runs f in a process of a user who owns nothing here, where root would be stopped by no permission.
+template <class F>
+int asNobody(F&& f) {
+  constexpr uid_t kNobody = 65534;
+  const pid_t child = fork();
+  if (child == 0) {
+    if (geteuid() == 0 && (setgid(kNobody) != 0 || setuid(kNobody) != 0)) _exit(99);
+    _exit(f());
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST_F(StoreFile, ThatCannotBeWrittenIsRead) {
+  create();
+  const std::string before = contentsOf(path_);
+  const std::string inner = folder_.file("deep/er");
+  for (const std::string& path : {folder_.path().string(), folder_.file("deep")}) chmod(path.c_str(), 0755);
+  chmod(path_.c_str(), 0444);
+  for (const unsigned mode : {0555u, 0777u}) {  // with and without room for SQLite's files beside it
+    SCOPED_TRACE(mode);
+    chmod(inner.c_str(), mode);
+    EXPECT_EQ(asNobody([&] {
+                const auto database = open();
+                if (!database || !database->isReadOnly()) return 1;
+                if (calendarsOf(*database).size() != 2) return 2;
+                if (database->version() != database->version()) return 3;
+                try {
+                  const Database::Transaction writing(*database, Kind::writing);
+                  database->nextChange();
+                } catch (const ek::Exception&) {
+                  return 0;
+                }
+                return 4;
+              }),
+              0);
+  }
+  EXPECT_EQ(contentsOf(path_), before);
+  for (const auto& entry : std::filesystem::directory_iterator(inner))
+    EXPECT_EQ(entry.path().string(), path_);
+}
+
+TEST_F(StoreFile, ThatCannotBeReadOrMadeIsRefused) {
+  create();
+  chmod(folder_.path().c_str(), 0755);
+  const auto refused = [&](const char* reason) {
+    return asNobody([&] { return !open() && why_.find(reason) != std::string::npos ? 0 : 1; });
+  };
+  EXPECT_EQ(refused("Permission denied"), 0);
+  path_ = folder_.file("new/store.sqlite");
+  EXPECT_EQ(refused("cannot be made: Permission denied"), 0);
 }
 
 TEST_F(StoreFile, UncommittedChangesAreGone) {
@@ -206,14 +248,7 @@ class StoreVersion : public StoreFile {
     database_->nextChange();
     writing.commit();
   }
-  void elsewhere(const std::string& sql) {
-    EXPECT_EQ(inAnotherProcess([&] {
-                SQLite::Database other(path_, SQLITE_OPEN_READWRITE, 5000);
-                other.exec(sql);
-                return 0;
-              }),
-              0);
-  }
+  void elsewhere(const std::string& sql) { embedded::elsewhere(path_, sql); }
   bool hasChanged() {
     const auto now = database_->version();
     return !(std::exchange(last_, now) == now);
