@@ -183,12 +183,12 @@ const ZoneFinder& CalendarImport::zonesFor(const ImportPlan::Source& source) {
   return zones;
 }
 
-// Journals and the like are kept beside events and to-dos; alone they have no calendar.
+// Time zones, journals and the like are kept beside events and to-dos; alone they have no calendar.
 void CalendarImport::reportLonelyParts() {
   for (std::size_t i = 0; i < envelopes_.size(); ++i) {
     if (envelopes_[i].isLinked[0] || envelopes_[i].isLinked[1]) continue;
     for (const ImportPlan::Part& part : plan_.envelopes[i].parts)
-      if (part.isComponent && !ical::equalNames(part.name, "VTIMEZONE"))
+      if (part.isComponent)
         skip_(part.line, std::string(part.name) + " without an event or a to-do beside it");
   }
 }
