@@ -1,0 +1,168 @@
+#include <cstdlib>
+
+#include "foundation/time_zone.h"
+#include "tests/plugin/host_test.h"
+
+namespace zuno::test {
+namespace {
+
+class DateArguments : public HostTest {
+ protected:
+  // The instant that a timestamp typed into a script becomes.
+  std::optional<Date> read(const fmhost::Value& value) {
+    call("EventsFetch", {value, text(""), text(""), text("")});
+    const std::optional<Date> from = store_.lastPredicate->from;
+    return from == foundation::distantPast() ? std::nullopt : from;
+  }
+  Date inTodaysOffset(Date wall) {
+    return wall - foundation::TimeZone::defaultZone()->offsetAt(foundation::now());
+  }
+};
+
+TEST_F(DateArguments, AreWallClockTimeWithTheOffsetOfToday) {
+  for (const char* zone : {"GMT", "Europe/Berlin", "Asia/Kolkata", "America/St_Johns", "America/New_York",
+                           "Asia/Kathmandu", "Pacific/Marquesas"}) {
+    SCOPED_TRACE(zone);
+    zone_.set(zone);
+    EXPECT_EQ(read(timestamp("1/15/2024 9:30:15 AM")), inTodaysOffset(utc(2024, 1, 15, 9, 30, 15)));
+    EXPECT_EQ(read(timestamp("7/15/2024 9:30:15 PM")), inTodaysOffset(utc(2024, 7, 15, 21, 30, 15)));
+  }
+}
+
+// The rest of the offset is written in seconds, two digits at least: what is neither two digits nor four
+// cannot be read back, and two digits are read as minutes.
+TEST_F(DateArguments, OffsetsThatTheTemplateCannotTell) {
+  const fmhost::Value noon = timestamp("1/15/2024 12:00:00 PM");
+  zone_.set("XXX-5:15");
+  EXPECT_EQ(read(noon), std::nullopt);
+  zone_.set("XXX-5:00:30");
+  EXPECT_EQ(read(noon), utc(2024, 1, 15, 6, 30));
+  zone_.set("XXX5:30");
+  EXPECT_EQ(read(noon), utc(2024, 1, 15, 17, 30));
+  zone_.set("XXX0:30");
+  EXPECT_EQ(read(noon), utc(2024, 1, 15, 12, 30));
+}
+
+TEST_F(DateArguments, WhatIsNoTimestampIsNone) {
+  for (const char* written : {"", "soon", "25/25/2024", "1/15/999 12:00:00"}) {
+    SCOPED_TRACE(written);
+    EXPECT_EQ(read(text(written)), std::nullopt);
+  }
+  EXPECT_EQ(read(text("1/15/2024 9:00:00")), inTodaysOffset(utc(2024, 1, 15, 9)));
+  EXPECT_EQ(read(timestamp("1/15/1000 9:00:00")), inTodaysOffset(utc(1000, 1, 15, 9)));
+}
+
+TEST_F(DateArguments, AHostThatFailsToConvertGivesNone) {
+  // Sizes and texts of the first argument are read; the timestamp is the fourth call of the host's.
+  for (int at = 1; at < 20; ++at) {
+    host_.failCall(at, 2);
+    try {
+      const Answer answer =
+          call("EventsFetch", {timestamp("1/15/2024 9:00:00"), text(""), text(""), text("")});
+      EXPECT_EQ(answer, kSuccess);
+      host_.cancelFailure();
+      EXPECT_EQ(store_.lastPredicate->from, foundation::distantPast());
+      return;
+    } catch (const std::exception&) {
+      host_.cancelFailure();
+    }
+  }
+  FAIL() << "no failure was taken for a date that is not there";
+}
+
+class Properties : public HostTest {};
+
+TEST_F(Properties, DatesAreTimestampsOrDatesByKeyword) {
+  const auto event = openEvent();
+  event->start = utc(2024, 5, 1, 7, 30, 15);
+  event->end = utc(2024, 12, 24, 23, 59, 59);
+  event->modified = utc(2024, 1, 2, 3, 4, 5);
+  EXPECT_EQ(get("Event", "StartDate"), timestampAnswer("5/1/2024 9:30:15 AM"));
+  EXPECT_EQ(get("event", "enddate"), timestampAnswer("12/25/2024 12:59:59 AM"));
+  EXPECT_EQ(get("event", "modifieddate"), timestampAnswer("1/2/2024 4:04:05 AM"));
+  EXPECT_EQ(get("event", "datestamp"), timestampAnswer("1/2/2024 4:04:05 AM"));
+  EXPECT_EQ(get("event", "duedate"), dateAnswer("1/2/2024"));
+  EXPECT_EQ(get("event", "whatever"), textAnswer("2024-01-02 04:04:05 +0100"));
+  EXPECT_EQ(get("event", "occurrence"), kUntouched);
+  EXPECT_EQ(lastError().first, 0);
+  const auto reminder = openReminder();
+  reminder->completion = utc(2024, 6, 30, 22, 30);
+  EXPECT_EQ(get("task", "CompletedDate"), dateAnswer("7/1/2024"));
+  EXPECT_EQ(get("reminder", "duedate"), kUntouched);
+  zone_.set("Asia/Kolkata");
+  EXPECT_EQ(get("reminder", "completeddate"), dateAnswer("7/1/2024"));
+  zone_.set("America/St_Johns");
+  EXPECT_EQ(get("reminder", "completeddate"), dateAnswer("6/30/2024"));
+}
+
+TEST_F(Properties, TheSubPropertyEndDateMakesATimestampOfAnyValue) {
+  const auto event = openEvent();
+  event->rules.resize(1);
+  event->rules.front().end = ek::RecurrenceEnd::withEndDate(utc(2024, 12, 31, 11));
+  const auto sub = [&](const char* type, const char* property, const char* subProperty) {
+    return call("GetProperty", {text(type), text(property), text(subProperty)});
+  };
+  EXPECT_EQ(sub("recurrencerule", "recurrenceend", "EndDate"), timestampAnswer("12/31/2024 12:00:00 PM"));
+  EXPECT_EQ(sub("event", "title", "enddate"), kUntouched);
+  event->name = "2024-05-01 09:00:00 +0100";
+  EXPECT_EQ(sub("event", "title", "enddate"), timestampAnswer("5/1/2024 10:00:00 AM"));
+  EXPECT_EQ(sub("event", "title", "end date"), textAnswer("2024-05-01 09:00:00 +0100"));
+  event->rules.clear();
+  openEvent();
+  EXPECT_EQ(sub("recurrencerule", "recurrenceend", "enddate"), kUntouched);
+  EXPECT_EQ(lastError().first, 0);
+}
+
+// Local mean time, off the whole minute: the date is what counts, not its text.
+TEST_F(Properties, DatesLongAgo) {
+  const auto event = openEvent();
+  event->start = utc(1890, 1, 1, 11, 6, 32);
+  EXPECT_EQ(get("event", "startdate"), timestampAnswer("1/1/1890 12:00:00 PM"));
+  event->start = utc(1, 1, 1) - std::chrono::days(1);
+  EXPECT_EQ(get("event", "startdate"), kUntouched);
+}
+
+TEST_F(Properties, SettingDates) {
+  const auto event = openEvent();
+  const auto set = [&](const char* type, const char* property, const fmhost::Value& value) {
+    return call("SetProperty", {text(type), text(property), value});
+  };
+  zone_.set("Africa/Lagos");
+  EXPECT_EQ(set("event", "StartDate", timestamp("5/1/2024 9:00:00 AM")), kSuccess);
+  EXPECT_EQ(event->start, utc(2024, 5, 1, 8));
+  EXPECT_EQ(set("event", "enddate", text("5/1/2024 10:00:00")), kSuccess);
+  EXPECT_EQ(event->end, utc(2024, 5, 1, 9));
+  for (const char* property :
+       {"absolutetrigger", "enddate", "StartDate", "occurrence", "completeddate", "duedate"}) {
+    SCOPED_TRACE(property);
+    expectFailure(set("event", property, text("")), 9005);
+    expectFailure(set("meeting", property, text("soon")), 9005);
+  }
+  EXPECT_EQ(event->end, utc(2024, 5, 1, 9));
+  expectFailure(set("event", "occurrence", timestamp("5/1/2024 9:00:00 AM")), 9006);
+  expectFailure(set("event", "modifieddate", text("")), 9006);
+  EXPECT_EQ(set("recurrencerule", "interval", text("2")), kSuccess);
+  expectFailure(set("recurrencerule", "enddate", text("")), 9005);
+  openReminder();
+  EXPECT_EQ(set("task", "duedate", timestamp("5/1/2024 9:00:00 AM")), kSuccess);
+  EXPECT_EQ(get("task", "duedate"), dateAnswer("5/1/2024"));
+  EXPECT_EQ(reminder("duedate"), "2024-05-01 09:00:00 +0100");
+}
+
+TEST_F(Properties, OfEveryType) {
+  const auto event = openEvent();
+  event->people.resize(1);
+  event->people.front().name = "Ann";
+  EXPECT_EQ(call("OpenItemAt", {text("attendee"), number(1)}), kSuccess);
+  EXPECT_EQ(get("Attendee", "CommonName"), textAnswer("Ann"));
+  openCalendar();
+  EXPECT_EQ(call("SetProperty", {text("reminderlist"), text("Title"), text("Job")}), kSuccess);
+  EXPECT_EQ(get("calendar", "title"), textAnswer("Job"));
+  expectFailure(get("calendar", "colour"), 9063);
+  expectFailure(get("alarm", "sound"), 9064);
+  work_->broken = true;
+  expectFailure(get("calendar", "title"), 9999);
+}
+
+}  // namespace
+}  // namespace zuno::test
