@@ -48,12 +48,17 @@ class BackendTest : public testing::Test {
     EXPECT_EQ(takeError(), error);
   }
 
+  // A fetch stops at an error that is still set; the functions clear it first.
   void fetchEvents() {
+    g_llasterror = 0;
     ASSERT_EQ(backend_.fetchEventsWithStartDate(foundation::distantPast(), foundation::distantFuture(),
                                                 std::nullopt, std::nullopt),
               0);
   }
-  void fetchReminders() { ASSERT_EQ(backend_.fetchReminders(std::nullopt, std::nullopt, std::nullopt), 0); }
+  void fetchReminders() {
+    g_llasterror = 0;
+    ASSERT_EQ(backend_.fetchReminders(std::nullopt, std::nullopt, std::nullopt), 0);
+  }
   std::shared_ptr<FakeEvent> openEvent(int position = 1) {
     fetchEvents();
     EXPECT_EQ(backend_.openEventAt(position), 0);
