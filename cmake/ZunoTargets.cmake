@@ -18,12 +18,17 @@ function(zuno_library name)
   target_link_libraries(${name} PUBLIC zuno_settings)
 endfunction()
 
-# zuno_test(NAME SOURCES file... [LIBRARIES target...]): one GoogleTest program, each of its cases a ctest.
+# zuno_test(NAME SOURCES file... [LIBRARIES target...] [LABELS label...]): one GoogleTest program, each of its
+# cases a ctest. The cases labelled "threads" run under the thread sanitizer too.
 function(zuno_test name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES;LABELS" ${ARGN})
   find_package(GTest REQUIRED)
   include(GoogleTest)
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE zuno_settings ${ARG_LIBRARIES} GTest::gmock GTest::gtest_main)
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
+  set(properties TIMEOUT 300)
+  if(ARG_LABELS)
+    list(APPEND properties LABELS "${ARG_LABELS}")
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120 PROPERTIES ${properties})
 endfunction()
