@@ -3,8 +3,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <mutex>
+#include <unordered_map>
 #include <utility>
 
 #include "foundation/time_zone.h"
@@ -33,12 +33,16 @@ std::optional<std::string> readFile(const fs::path& path) {
   return bytes;
 }
 
-fs::path zoneFolder() {
+// A plain text, and looked for once: zones are asked for by name for each event of an import.
+std::string zoneFolder() {
   if (const char* folder = std::getenv("TZDIR"); folder != nullptr && *folder != '\0') return folder;
-  std::error_code ignored;
-  for (const std::string_view folder : kUsualFolders)
-    if (fs::is_directory(folder, ignored)) return folder;
-  return kUsualFolders[0];
+  static const std::string usual = [] {
+    std::error_code ignored;
+    const auto exists = [&](std::string_view folder) { return fs::is_directory(folder, ignored); };
+    const auto* const folder = std::ranges::find_if(kUsualFolders, exists);
+    return std::string(folder == std::end(kUsualFolders) ? kUsualFolders[0] : *folder);
+  }();
+  return usual;
 }
 
 // Stays within the zone folder: "Europe/Berlin", no empty, "." or ".." part.
@@ -75,9 +79,9 @@ class ZoneFiles {
   static Zone named(std::string_view name) {
     if (name == "UTC") return TimeZone::utc();
     if (!isZoneName(name)) return nullptr;
-    const fs::path path = zoneFolder() / name;
+    const std::string path = zoneFolder().append("/").append(name);
     const std::scoped_lock lock(mutex());
-    static std::map<fs::path, Zone> known;
+    static std::unordered_map<std::string, Zone> known;
     const auto found = known.find(path);
     if (found != known.end()) return found->second;
     Zone zone = load(path, std::string(name));
@@ -123,7 +127,7 @@ class ZoneFiles {
     std::ifstream file(kSystemZoneName);
     std::string name;
     if (!std::getline(file, name) || !isZoneName(name)) return {};
-    return readFile(zoneFolder() / name) == readFile(kSystemZone) ? name : std::string();
+    return readFile(fs::path(zoneFolder()) / name) == readFile(kSystemZone) ? name : std::string();
   }
 };
 
