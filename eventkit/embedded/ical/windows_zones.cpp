@@ -161,6 +161,7 @@ constexpr struct {
 }  // namespace
 
 std::string_view zoneNameForWindows(std::string_view windowsName) {
+  if (windowsName.find('/') != std::string_view::npos) return {};  // names of the database, most often
   const auto zone =
       std::ranges::find_if(kZones, [&](const auto& known) { return equalNames(known.windows, windowsName); });
   return zone == std::end(kZones) ? std::string_view() : zone->name;

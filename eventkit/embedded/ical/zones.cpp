@@ -21,8 +21,10 @@ using std::chrono::seconds;
 using Zone = std::shared_ptr<const TimeZone>;
 using Transition = TimeZone::Transition;
 
-// A rule that changes the clock twice a year from 1601 to 2100 stays below it, and no other makes sense.
-constexpr std::size_t kMostOnsets = 1500;
+// Rules are followed through the years in which clocks are changed. Exchange begins its rules in 1601.
+constexpr int kFirstYear = 1900, kEndYear = 2101;
+// No sensible rule has more onsets in these years.
+constexpr std::size_t kMostOnsets = 500;
 
 WallTime yearBegin(int year) { return std::chrono::local_days(std::chrono::year(year) / 1 / 1); }
 
@@ -49,7 +51,7 @@ Zone ofDatabase(std::string_view name) {
 // The longest end of a path that is a zone's name: "/example.com/2007/America/Argentina/Salta".
 Zone behindPrefix(std::string_view tzid) {
   for (std::size_t slash = tzid.find('/'); slash != std::string_view::npos; slash = tzid.find('/', slash + 1))
-    if (Zone zone = ofDatabase(tzid.substr(slash + 1))) return zone;
+    if (Zone zone = TimeZone::named(tzid.substr(slash + 1))) return zone;
   return nullptr;
 }
 
@@ -124,8 +126,9 @@ class Observance {
     if (!rule || rule->frequency < recurrence::Frequency::weekly) return;
     std::int64_t left = std::min<std::int64_t>(rule->count.value_or(kMostOnsets), kMostOnsets);
     recurrence::Expansion expansion(*rule, start_->wall, false);
+    if (!rule->count) expansion.seek(yearBegin(kFirstYear));
     for (auto wall = expansion.next(); wall && left > 0; wall = expansion.next(), --left) {
-      if (*wall >= yearBegin(2101) || (rule->until && isPast(*rule->until, *wall))) break;
+      if (*wall >= yearBegin(kEndYear) || (rule->until && isPast(*rule->until, *wall))) break;
       if (*wall != start_->wall) append(*wall, false, transitions);
     }
   }
