@@ -23,7 +23,7 @@ with tempfile.TemporaryDirectory() as folder:
     for kill in range(kills):
         session = Session(store)
         expect(session("Zuno_Version") == "3.0.1.0", "the plug-in does not answer")
-        timer = threading.Timer(generator.uniform(0.0005, 0.03), session.process.send_signal, [signal.SIGKILL])
+        timer = threading.Timer(generator.uniform(0.001, 0.12), session.process.send_signal, [signal.SIGKILL])
         timer.start()
         for number in range(1000):
             title = f"event {kill}-{number}"

@@ -1,4 +1,4 @@
-// How many events and to-dos libical reads from a file; fails when it finds the text faulty.
+// How many events and to-dos libical reads from a file, and how many faults it finds.
 #include <libical/ical.h>
 
 #include <cstdio>
@@ -36,7 +36,6 @@ int main(int argc, char** argv) {
   if (!root) return 1;
   Counts counts;
   count(root.get(), counts);
-  std::printf("%d %d\n", counts.events, counts.todos);
-  if (counts.faults > 0) std::printf("%s\n", icalcomponent_as_ical_string(root.get()));
-  return counts.faults == 0 ? 0 : 1;
+  std::printf("%d %d %d\n", counts.events, counts.todos, counts.faults);
+  return 0;
 }

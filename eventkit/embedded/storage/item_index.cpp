@@ -228,9 +228,9 @@ class SeriesReader {
     }
     if (rule->until && series_.isAllDay && !rule->until->isDate) {
       const WallTime until = rule->until->wall;
-      rule->until = {.wall = rule->until->isUtc ? dayMeantBy(until) : WallTime(floor<days>(until)),
-                     .isDate = true,
-                     .isUtc = false};
+      const bool endsADay = rule->until->isUtc && until.time_since_epoch() % std::chrono::minutes(1) == seconds(59);
+      rule->until = {
+          .wall = endsADay ? dayMeantBy(until) : WallTime(floor<days>(until)), .isDate = true, .isUtc = false};
     }
     rules.push_back(*std::move(rule));
   }
