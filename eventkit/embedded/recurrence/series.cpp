@@ -96,6 +96,12 @@ void add(std::vector<Occurrence>& out, std::size_t firstOfSeries, const Occurren
     out.insert(out.begin() + static_cast<std::ptrdiff_t>(at), occurrence);
 }
 
+// On the series' clock, as if no hour were repeated.
+WallTime lastWallOf(const Series& series, const Until& until) {
+  const bool isInstant = until.isUtc && series.zone && !series.isAllDay;
+  return isInstant ? series.zone->wallTimeOf(Date(until.wall.time_since_epoch())) : until.wall;
+}
+
 }  // namespace
 
 void prepare(Series& series) {
@@ -146,7 +152,10 @@ std::optional<Occurrence> occurrenceAt(const Series& series, WallTime recurrence
 
 std::int64_t countBefore(const Series& series, WallTime before) {
   if (series.rules.empty()) return series.start < before ? 1 : 0;
-  return countOfRuleBefore(series.rules.front(), series.start, series.isAllDay, before);
+  const Rule& rule = series.rules.front();
+  if (rule.until && rule.until->isUtc) before = std::min(before, lastWallOf(series, *rule.until) + seconds(1));
+  const std::int64_t count = countOfRuleBefore(rule, series.start, series.isAllDay, before);
+  return rule.count ? std::min(count, *rule.count) : count;
 }
 
 Extent extentOf(const Series& series) {
@@ -174,9 +183,7 @@ Extent extentOf(const Series& series) {
       const Occurrence last = occurrenceOf(series, {*series.lastStarts[i], nullptr}, zone);
       cover(last.start, last.end, margin);
     } else if (until) {
-      const bool isInstant = until->isUtc && series.zone && !series.isAllDay;
-      const WallTime wall = isInstant ? zone.wallTimeOf(Date(until->wall.time_since_epoch())) : until->wall;
-      const Occurrence last = occurrenceOf(series, {wall, nullptr}, zone);
+      const Occurrence last = occurrenceOf(series, {lastWallOf(series, *until), nullptr}, zone);
       cover(first.start, last.end, margin + hours(2));
     } else {
       extent.hi = Date::max();

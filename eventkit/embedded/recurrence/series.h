@@ -60,6 +60,7 @@ struct Series {
   // Parallel to rules; nothing where the rule has no COUNT, or one whose end lies absurdly far.
   std::vector<std::optional<WallTime>> lastStarts;
   std::string title;  // of the series
+  bool operator==(const Series&) const = default;
 };
 
 // Fills lastStarts. The start counts as the first occurrence of each rule, whether the rule names it or not.
