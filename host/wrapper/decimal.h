@@ -50,7 +50,7 @@ class Decimal {
   static std::optional<Decimal> power(const Decimal& base, const Decimal& exponent);
 
   friend std::strong_ordering operator<=>(const Decimal& a, const Decimal& b);
-  friend bool operator==(const Decimal& a, const Decimal& b) { return (a <=> b) == 0; }
+  friend bool operator==(const Decimal& a, const Decimal& b) { return std::is_eq(a <=> b); }
 
  private:
   __extension__ using Digits = unsigned __int128;

@@ -95,7 +95,7 @@ const typename Opaque<Object>::Class* lent(const Object& object) {
 }
 
 template <class Object, class... Parts>
-typename Opaque<Object>::Class* make(fmx::_fmxcpt& failure, Parts&&... parts) noexcept {
+typename Opaque<Object>::Class* make(fmx::_fmxcpt& failure, Parts&&... parts) {
   return hostCall(failure, [&] {
     auto* object = new Object{std::forward<Parts>(parts)...};
     sharedStandIn.made(Opaque<Object>::kKind);

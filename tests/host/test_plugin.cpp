@@ -93,8 +93,13 @@ errcode session(short, const Environment& environment, const Arguments&, Result&
   return 0;
 }
 
+// Never deleted, but in reach: only the host's count shall tell.
+std::array<fmx::Text*, 8> leaked{};
+std::size_t leakedCount = 0;
+
 errcode leaking(short, const Environment&, const Arguments&, Result& result) {
-  answer(result, fmx::TextUniquePtr().release() != nullptr ? "leaked" : "");
+  leaked[leakedCount++ % leaked.size()] = fmx::TextUniquePtr().release();
+  answer(result, "leaked");
   return 0;
 }
 
