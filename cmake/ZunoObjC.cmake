@@ -32,6 +32,18 @@ function(zuno_find_gnustep result)
   message(STATUS "${message}")
 endfunction()
 
+# Compiles Objective-C++ for Apple's frameworks from here on. A macro, as the next one.
+macro(zuno_use_apple)
+  set(CMAKE_OBJCXX_STANDARD 20)
+  set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)
+  set(CMAKE_OBJCXX_EXTENSIONS OFF)
+  set(CMAKE_OBJCXX_VISIBILITY_PRESET hidden)
+  enable_language(OBJCXX)
+  # Not EventKit: only the plug-in is linked with it, tests have a stand-in.
+  target_link_libraries(zuno_objc INTERFACE "-framework AddressBook" "-framework AppKit" "-framework Foundation"
+    objc)
+endmacro()
+
 # Compiles Objective-C++ for GNUstep from here on. A macro: languages are enabled for the calling folder.
 macro(zuno_use_gnustep)
   set(CMAKE_OBJCXX_COMPILER ${ZUNO_OBJCXX_COMPILER})

@@ -28,10 +28,10 @@ bool isUrlCharacter(char character) {
 }
 
 NSCalendar* gregorian() {
-  return [[[NSCalendar alloc] initWithCalendarIdentifier:NSGregorianCalendar] autorelease];
+  return [[[NSCalendar alloc] initWithCalendarIdentifier:NSCalendarIdentifierGregorian] autorelease];
 }
 
-bool isSet(NSInteger component) { return component != static_cast<NSInteger>(NSUndefinedDateComponent); }
+bool isSet(NSInteger component) { return component != static_cast<NSInteger>(NSDateComponentUndefined); }
 
 // Without access a save is refused in a domain of the calendar daemon's own.
 bool tellsOfMissingAccess(NSError* error) {

@@ -61,6 +61,14 @@ StandInDatabase* objectOf(const Database& database) {
   return static_cast<StandInDatabase*>(database.object());
 }
 
+ABMutableMultiValue* newAddresses() {
+#ifdef GNUSTEP
+  return [[[ABMutableMultiValue alloc] initWithType:kABMultiDictionaryProperty] autorelease];
+#else
+  return [[[ABMutableMultiValue alloc] init] autorelease];
+#endif
+}
+
 ABPerson* personAt(const Attendee& attendee) {
   if ((attendee.street + attendee.city + attendee.region + attendee.code + attendee.country).empty())
     return nil;
@@ -73,8 +81,7 @@ ABPerson* personAt(const Attendee& attendee) {
   put(kABAddressStateKey, attendee.region);
   put(kABAddressZIPKey, attendee.code);
   put(kABAddressCountryKey, attendee.country);
-  ABMutableMultiValue* addresses =
-      [[[ABMutableMultiValue alloc] initWithType:kABMultiDictionaryProperty] autorelease];
+  ABMutableMultiValue* addresses = newAddresses();
   [addresses addValue:address withLabel:kABAddressHomeLabel];
   ABPerson* person = [[[ABPerson alloc] init] autorelease];
   [person setValue:addresses forProperty:kABAddressProperty];

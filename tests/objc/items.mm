@@ -16,13 +16,14 @@ NSMutableDictionary* deepCopy(NSDictionary* values) {
 }
 
 NSCalendar* localCalendar() {
-  NSCalendar* calendar = [[[NSCalendar alloc] initWithCalendarIdentifier:NSGregorianCalendar] autorelease];
+  NSCalendar* calendar =
+      [[[NSCalendar alloc] initWithCalendarIdentifier:NSCalendarIdentifierGregorian] autorelease];
   [calendar setTimeZone:[NSTimeZone defaultTimeZone]];
   return calendar;
 }
 
 NSDate* midnightOf(NSDate* date) {
-  const NSUInteger days = NSYearCalendarUnit | NSMonthCalendarUnit | NSDayCalendarUnit;
+  const NSUInteger days = NSCalendarUnitYear | NSCalendarUnitMonth | NSCalendarUnitDay;
   return [localCalendar() dateFromComponents:[localCalendar() components:days fromDate:date]];
 }
 
@@ -311,7 +312,7 @@ NSDate* nextMidnightAfter(NSDate* date) {
 }
 - (void)setDueDateComponents:(NSDateComponents*)due {
   NSString* calendar = [[due calendar] calendarIdentifier];
-  if (calendar != nil && ![calendar isEqualToString:NSGregorianCalendar])
+  if (calendar != nil && ![calendar isEqualToString:NSCalendarIdentifierGregorian])
     misuse(@"a due date is one of the Gregorian calendar");
   [self set:[[due copy] autorelease] forKey:@"due"];
 }

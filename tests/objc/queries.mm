@@ -91,7 +91,8 @@ bool isBetween(NSDate* date, NSDate* from, NSDate* to) {
 NSDate* instantOf(NSDateComponents* due) {
   if (due == nil) return nil;
   NSDateComponents* local = [[due copy] autorelease];
-  NSCalendar* calendar = [[[NSCalendar alloc] initWithCalendarIdentifier:NSGregorianCalendar] autorelease];
+  NSCalendar* calendar =
+      [[[NSCalendar alloc] initWithCalendarIdentifier:NSCalendarIdentifierGregorian] autorelease];
   [calendar setTimeZone:[due timeZone] != nil ? [due timeZone] : [NSTimeZone defaultTimeZone]];
   return [calendar dateFromComponents:local];
 }

@@ -58,7 +58,8 @@ using stand_in::plus;
       [distance setYear:units];
       break;
   }
-  NSCalendar* calendar = [[[NSCalendar alloc] initWithCalendarIdentifier:NSGregorianCalendar] autorelease];
+  NSCalendar* calendar =
+      [[[NSCalendar alloc] initWithCalendarIdentifier:NSCalendarIdentifierGregorian] autorelease];
   return [calendar dateByAddingComponents:distance toDate:[values objectForKey:@"startDate"] options:0];
 }
 

@@ -1,0 +1,22 @@
+# zuno_write_tbd(FILE INSTALL_NAME name [SYMBOLS name...] [EXACT name...] [CLASSES name...]): a text stub of
+# a Mac library, from which a program can be linked where the library itself is not at hand. SYMBOLS are C names,
+# EXACT names as the file has them.
+function(zuno_write_tbd file)
+  cmake_parse_arguments(ARG "" "INSTALL_NAME" "SYMBOLS;EXACT;CLASSES" ${ARGN})
+  list(TRANSFORM ARG_SYMBOLS PREPEND "'_")
+  list(TRANSFORM ARG_EXACT PREPEND "'")
+  list(APPEND ARG_SYMBOLS ${ARG_EXACT})
+  list(TRANSFORM ARG_SYMBOLS APPEND "'")
+  list(JOIN ARG_SYMBOLS ", " symbols)
+  list(JOIN ARG_CLASSES ", " classes)
+  set(targets "[ x86_64-macos, arm64-macos ]")
+  set(text "--- !tapi-tbd\ntbd-version: 4\ntargets: ${targets}\ninstall-name: '${ARG_INSTALL_NAME}'\nexports:\n")
+  string(APPEND text "  - targets: ${targets}\n")
+  if(symbols)
+    string(APPEND text "    symbols: [ ${symbols} ]\n")
+  endif()
+  if(classes)
+    string(APPEND text "    objc-classes: [ ${classes} ]\n")
+  endif()
+  file(WRITE ${file} "${text}...\n")
+endfunction()
