@@ -162,7 +162,7 @@ TEST(IndexingEvents, ReadsTheLastDayOfAnAllDaySeriesAsProgramsWriteIt) {
   const struct {
     std::string_view until, day;
   } cases[] = {{"20240630", "20240630"},         {"20240630T000000", "20240630"},
-               {"20240630T000000Z", "20240630"}, {"20240629T220000Z", "20240630"},
+               {"20240630T000000Z", "20240630"}, {"20240629T220000Z", "20240629"},
                {"20240630T040000Z", "20240630"}, {"20240630T235959Z", "20240630"},
                {"20240630T215959Z", "20240630"}, {"20240701T035959Z", "20240630"}};
   for (const auto& [until, day] : cases) {
