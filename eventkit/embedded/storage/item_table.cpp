@@ -16,7 +16,8 @@ namespace {
 
 constexpr std::string_view kZonePrefix = "vtimezone:";
 
-#define ZUNO_ITEM_COLUMNS "SELECT id, calendar, kind, identifier, uid, change, envelope, text FROM item "
+#define ZUNO_ITEM_COLUMNS \
+  "SELECT id, calendar, kind, identifier, uid, change, stored, envelope, text FROM item "
 
 std::optional<ItemRow> firstRow(SQLite::Statement& select) {
   if (!select.executeStep()) return std::nullopt;
@@ -27,8 +28,9 @@ std::optional<ItemRow> firstRow(SQLite::Statement& select) {
   row.identifier = select.getColumn(3).getString();
   row.uid = select.getColumn(4).getString();
   row.change = select.getColumn(5).getInt64();
-  if (!select.isColumnNull(6)) row.envelope = select.getColumn(6).getInt64();
-  row.text = select.getColumn(7).getString();
+  row.stored = Date(std::chrono::seconds(select.getColumn(6).getInt64()));
+  if (!select.isColumnNull(7)) row.envelope = select.getColumn(7).getInt64();
+  row.text = select.getColumn(8).getString();
   return row;
 }
 
@@ -71,19 +73,20 @@ std::optional<ItemRow> ItemTable::findInCalendar(RowId calendar, std::string_vie
 RowId ItemTable::insert(RowId calendar, std::string_view identifier, std::string_view text,
                         const ItemIndex& index, const ItemPlaces* places) {
   const auto insert = database_.statement(
-      "INSERT INTO item (calendar, kind, identifier, uid, change, envelope, places, text) "
-      "VALUES (?, ?, ?, ?, ?, ?, ?, ?)");
+      "INSERT INTO item (calendar, kind, identifier, uid, change, stored, envelope, places, text) "
+      "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)");
   insert->bind(1, calendar);
   insert->bind(2, static_cast<int>(index.kind));
   insert->bind(3, identifier.empty() ? newIdentifier() : std::string(identifier));
   insert->bindNoCopy(4, index.uid);
   insert->bind(5, database_.nextChange());
+  insert->bind(6, foundation::now().time_since_epoch().count());
   if (places != nullptr) {
-    insert->bind(6, places->envelope);
-    insert->bindNoCopy(7, places->places);
+    insert->bind(7, places->envelope);
+    insert->bindNoCopy(8, places->places);
   }
   const std::string kept(text);
-  insert->bindNoCopy(8, kept);
+  insert->bindNoCopy(9, kept);
   insert->exec();
   const RowId id = database_.lastInsertedRow();
   insertIndexRows(id, calendar, index);
@@ -138,10 +141,11 @@ void ItemTable::replace(RowId id, RowId calendar, std::string_view text, const I
 void ItemTable::replaceImported(RowId id, RowId calendar, std::string_view text, const ItemIndex& index,
                                 const ItemPlaces& places) {
   update(id, calendar, text, index);
-  const auto move = database_.statement("UPDATE item SET envelope = ?, places = ? WHERE id = ?");
+  const auto move = database_.statement("UPDATE item SET envelope = ?, places = ?, stored = ? WHERE id = ?");
   move->bind(1, places.envelope);
   move->bindNoCopy(2, places.places);
-  move->bind(3, id);
+  move->bind(3, foundation::now().time_since_epoch().count());
+  move->bind(4, id);
   move->exec();
 }
 

@@ -23,6 +23,7 @@ struct ItemRow {
   std::string identifier;
   std::string uid;
   std::int64_t change = 0;
+  Date stored;  // when it was made or last imported: stands in for dates that its text lacks
   std::optional<RowId> envelope;  // the imported VCALENDAR that it stands in
   std::string text;               // the components, one after the other
 };

@@ -68,6 +68,7 @@ CREATE TABLE item (
   identifier TEXT NOT NULL UNIQUE,
   uid TEXT NOT NULL,
   change INTEGER NOT NULL,
+  stored INTEGER NOT NULL,             -- when it was made or last imported
   envelope INTEGER REFERENCES envelope,
   places TEXT,                         -- of its components in the envelope, as they stood: "3" or "3,17"
   text TEXT NOT NULL,                  -- the whole resource: the master and its overridden occurrences

@@ -31,7 +31,12 @@ std::size_t Document::componentFor(std::optional<WallTime> recurrenceId) const {
 const Fields& Document::fields(std::size_t component) const {
   const ical::Component& read = components()[component];
   auto& kept = fields_[component];
-  if (!kept) kept = std::make_unique<const Fields>(readFields(read, zones_));
+  if (!kept) {
+    Fields fields = readFields(read, zones_);
+    if (!fields.created) fields.created = row_.stored;
+    if (!fields.lastModified) fields.lastModified = row_.stored;
+    kept = std::make_unique<const Fields>(std::move(fields));
+  }
   return *kept;
 }
 
