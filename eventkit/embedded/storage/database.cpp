@@ -187,7 +187,9 @@ Database::Lease::~Lease() {
 
 Database::Database(std::unique_ptr<Connection> connection) : connection_(std::move(connection)) {}
 
-Database::~Database() { connection_->statements.clear(); }
+Database::~Database() = default;
+
+void Database::close() { connection_.reset(); }
 
 std::shared_ptr<Database> Database::open(const std::string& givenPath, std::string& why) {
   const std::string path = std::filesystem::absolute(givenPath).lexically_normal().string();

@@ -32,7 +32,9 @@ class Database {
   // The connection that every store of this process on the same path shares; opened on first use, tried again
   // at most once a second after a failure, and then null. The reason is written to standard error once.
   // Costs one stat(): ask again on every call rather than keep the pointer, and a file that was put in the
-  // place of the first one, or removed, is noticed: the answer is another object then.
+  // place of the first one, or removed, is noticed: the answer is another object then. The connection is
+  // closed when the program ends (or unloads this code), whoever still holds it: then the file alone holds
+  // everything, without a log beside it.
   static std::shared_ptr<Database> shared(const std::string& path);
   ~Database();
   Database(const Database&) = delete;
@@ -105,6 +107,8 @@ class Database {
 
  private:
   struct Connection;
+  friend struct SharedDatabases;
+  void close();  // at the very end: nothing may be asked of it any more
   explicit Database(std::unique_ptr<Connection> connection);
   std::unique_ptr<Connection> connection_;
 };

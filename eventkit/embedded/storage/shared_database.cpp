@@ -11,21 +11,27 @@
 #include "eventkit/embedded/storage/database.h"
 
 namespace ek::embedded {
+
+struct SharedDatabases {
+  struct Entry {
+    std::weak_ptr<Database> database;
+    std::optional<std::chrono::steady_clock::time_point> failed;
+  };
+
+  ~SharedDatabases() {
+    for (const auto& [path, entry] : entries)
+      if (const auto database = entry.database.lock()) database->close();
+  }
+
+  std::mutex mutex;
+  std::map<std::string, Entry> entries;
+  std::set<std::string> told;
+};
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
 constexpr auto kRetryAfter = std::chrono::seconds(1);
-
-struct SharedEntry {
-  std::weak_ptr<Database> database;
-  std::optional<Clock::time_point> failed;
-};
-
-struct SharedDatabases {
-  std::mutex mutex;
-  std::map<std::string, SharedEntry> entries;
-  std::set<std::string> told;
-};
 
 SharedDatabases& sharedDatabases() {
   static SharedDatabases databases;
@@ -61,7 +67,7 @@ std::string defaultStorePath() {
 std::shared_ptr<Database> Database::shared(const std::string& path) {
   SharedDatabases& databases = sharedDatabases();
   const std::lock_guard lock(databases.mutex);
-  SharedEntry& entry = databases.entries[path];
+  SharedDatabases::Entry& entry = databases.entries[path];
   if (auto database = entry.database.lock(); database && database->isCurrent()) return database;
   if (entry.failed && Clock::now() - *entry.failed < kRetryAfter) return nullptr;
   std::string why;
