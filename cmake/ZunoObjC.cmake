@@ -64,5 +64,5 @@ macro(zuno_use_gnustep)
     $<$<COMPILE_LANGUAGE:OBJCXX>:${PROJECT_SOURCE_DIR}/tests/objc/compat>
     $<$<COMPILE_LANGUAGE:OBJCXX>:${PROJECT_SOURCE_DIR}/tests/objc/frameworks>
     $<$<COMPILE_LANGUAGE:OBJCXX>:${ZUNO_GNUSTEP_INCLUDE}>)
-  target_link_libraries(zuno_objc INTERFACE Addresses gnustep-gui gnustep-base objc pthread)
+  target_link_libraries(zuno_objc INTERFACE zuno_macos_blocks Addresses gnustep-gui gnustep-base objc pthread)
 endmacro()

@@ -67,6 +67,7 @@ void release(ByReference* variable) {
 
 }  // namespace
 
+#pragma GCC visibility push(default)
 extern "C" {
 
 void* _Block_copy(const void* source) {
@@ -113,6 +114,7 @@ void _Block_object_dispose(const void* held, const int kind) {
 }
 
 }  // extern "C"
+#pragma GCC visibility pop
 
 // The class of every block, so that blocks answer the messages of objects.
 @interface TestBlock : NSObject

@@ -138,7 +138,11 @@ void keepRequest(void (^answer)(BOOL, NSError*)) {
   [requests addObject:delivery];
 }
 
-StandInDatabase* chosenDatabase() { return chosen; }
+StandInDatabase* chosenDatabase() {
+  // A program that sets nothing up has one database, for as long as it runs.
+  if (chosen == nil) chosen = [[StandInDatabase alloc] init];
+  return chosen;
+}
 
 Database::Database() {
   @autoreleasepool {
