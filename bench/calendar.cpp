@@ -28,7 +28,7 @@ class Dice {
   explicit Dice(std::uint64_t seed) : engine_(seed) {}
   // From low to high, both included.
   int between(int low, int high) {
-    return low + static_cast<int>(engine_() % static_cast<std::uint64_t>(high - low + 1));
+    return low + static_cast<int>(engine_() % (std::uint64_t{1} + (high - low)));
   }
   bool percent(int chance) { return between(0, 99) < chance; }
   template <class Table>

@@ -20,10 +20,11 @@ class Contender {
   virtual std::size_t count(Window window) = 0;
 };
 
-// Each opens what it works on: an iCalendar file, or a table made by floor.h. They throw
+// Each opens what it works on: an iCalendar file, a table made by floor.h, a store of ours. They throw
 // std::runtime_error when that cannot be done.
 std::unique_ptr<Contender> openLibical(const std::string& icsFile);
 std::unique_ptr<Contender> openKCalendarCore(const std::string& icsFile);
 std::unique_ptr<Contender> openFloor(const std::string& table);
+std::unique_ptr<Contender> openOurs(const std::string& store);
 
 }  // namespace bench
