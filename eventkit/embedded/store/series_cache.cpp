@@ -37,6 +37,7 @@ const SeriesCache::Entry* SeriesCache::find(RowId item) {
 void SeriesCache::bringUpToDate() {
   const std::int64_t change = database_.change();
   if (change == seen_) return;
+  zones_.clear();
   if (!entries_.empty()) {
     if (const auto changed = itemsChangedSince(database_, seen_)) {
       for (const RowId item : *changed) refresh(item);
@@ -85,8 +86,15 @@ void SeriesCache::refresh(RowId item) {
 std::shared_ptr<const Series> SeriesCache::decoded(std::string_view data) {
   std::optional<recurrence::Decoded> decoded = recurrence::decode(data);
   if (!decoded) throw Exception("the store is damaged: a repeating event cannot be read");
-  decoded->series.zone = items_.zoneForKey(decoded->zoneKey);
+  decoded->series.zone = zoneOf(decoded->zoneKey);
   return std::make_shared<const Series>(std::move(decoded->series));
+}
+
+std::shared_ptr<const foundation::TimeZone> SeriesCache::zoneOf(const std::string& key) {
+  if (key.empty()) return nullptr;
+  const auto [kept, isNew] = zones_.try_emplace(key);
+  if (isNew) kept->second = items_.zoneForKey(key);
+  return kept->second;
 }
 
 const SeriesCache::Entry& SeriesCache::decoded(Entry& entry) {

@@ -5,6 +5,7 @@
 #include <functional>
 #include <limits>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -44,8 +45,11 @@ class SeriesCache {
   std::shared_ptr<const Series> decoded(std::string_view data);
   const Entry& decoded(Entry& entry);
 
+  std::shared_ptr<const foundation::TimeZone> zoneOf(const std::string& key);
+
   Database& database_;
   ItemTable& items_;
+  std::unordered_map<std::string, std::shared_ptr<const foundation::TimeZone>> zones_;
   std::vector<Entry> entries_;
   std::unordered_map<RowId, std::size_t> places_;
   std::int64_t seen_ = 0;  // the change number that entries_ are of
