@@ -38,14 +38,13 @@ void SeriesCache::bringUpToDate() {
   const std::int64_t change = database_.change();
   if (change == seen_) return;
   zones_.clear();
-  if (!entries_.empty()) {
-    if (const auto changed = itemsChangedSince(database_, seen_)) {
-      for (const RowId item : *changed) refresh(item);
-    } else {
-      entries_.clear();
-      places_.clear();
-      loadedAfter_ = kNever;
-    }
+  const auto changed = loadedAfter_ == kNever ? std::nullopt : itemsChangedSince(database_, seen_);
+  if (changed) {
+    for (const RowId item : *changed) refresh(item);
+  } else {
+    entries_.clear();
+    places_.clear();
+    loadedAfter_ = kNever;
   }
   seen_ = change;
 }

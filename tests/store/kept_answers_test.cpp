@@ -1,0 +1,194 @@
+#include "eventkit/embedded/storage/calendar_table.h"
+#include "foundation/time_zone.h"
+#include "tests/store/store_fixture.h"
+
+namespace {
+
+using ek::RecurrenceRule;
+using ek::Span;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using zuno_test::days;
+using zuno_test::hours;
+using zuno_test::seconds;
+
+RecurrenceRule daily(std::int64_t count) {
+  return {.frequency = ek::RecurrenceFrequency::daily, .end = ek::RecurrenceEnd::withOccurrenceCount(count)};
+}
+
+class KeptAnswers : public zuno_test::StoreFixture {
+ protected:
+  std::shared_ptr<const ek::Predicate> may_ =
+      store_->predicateForEvents(utc(2024, 5, 1), utc(2024, 6, 1), {});
+
+  std::shared_ptr<const ek::EventList> ask() { return store_->eventsMatchingPredicate(may_); }
+  std::vector<std::string> titles() { return titlesOf(*ask()); }
+  // The same question, asked where nothing is kept.
+  std::vector<std::string> titlesElsewhere() {
+    const auto store = elsewhere();
+    return titlesOf(
+        *store->eventsMatchingPredicate(store->predicateForEvents(utc(2024, 5, 1), utc(2024, 6, 1), {})));
+  }
+};
+
+TEST_F(KeptAnswers, NothingChangedGivesTheSameAnswer) {
+  save(newEvent("a", utc(2024, 5, 1, 9)));
+  const auto first = ask();
+  EXPECT_EQ(ask(), first);
+  EXPECT_EQ(store_->eventsMatchingPredicate(store_->predicateForEvents(utc(2024, 5, 1), utc(2024, 6, 1), {})),
+            first)
+      << "another predicate of the same conditions";
+}
+
+TEST_F(KeptAnswers, EveryKindOfChangeFromAnotherConnectionIsSeen) {
+  const auto single = newEvent("m", utc(2024, 5, 3, 9));
+  save(single);
+  const auto series = newEvent("s", utc(2024, 5, 1, 9));
+  series->addRecurrenceRule(daily(3));
+  save(series);
+  EXPECT_THAT(titles(), ElementsAre("s", "s", "m", "s"));
+
+  const auto other = elsewhere();
+  const auto change = [&](const char* why, const std::function<void(std::optional<ek::Error>&)>& edit) {
+    SCOPED_TRACE(why);
+    std::optional<ek::Error> error;
+    edit(error);
+    EXPECT_EQ(error, std::nullopt);
+    EXPECT_EQ(titles(), titlesElsewhere());
+  };
+  const auto theirs = other->eventWithIdentifier(*single->eventIdentifier());
+  change("another title, which comes elsewhere in the order", [&](auto& error) {
+    theirs->setTitle("t");
+    other->saveEvent(theirs, Span::thisEvent, error);
+  });
+  EXPECT_THAT(titles(), ElementsAre("s", "s", "s", "t"));
+  change("out of the range", [&](auto& error) {
+    theirs->setStartDate(utc(2024, 7, 1, 9));
+    theirs->setEndDate(utc(2024, 7, 1, 10));
+    other->saveEvent(theirs, Span::thisEvent, error);
+  });
+  change("back into it", [&](auto& error) {
+    theirs->setStartDate(utc(2024, 5, 2, 8));
+    other->saveEvent(theirs, Span::thisEvent, error);
+  });
+  EXPECT_THAT(titles(), ElementsAre("s", "t", "s", "s"));
+  change("it repeats now", [&](auto& error) {
+    theirs->setEndDate(utc(2024, 5, 2, 9));
+    theirs->addRecurrenceRule(daily(2));
+    other->saveEvent(theirs, Span::thisEvent, error);
+  });
+  EXPECT_EQ(titles().size(), 5U);
+  change("the series is gone", [&](auto& error) {
+    other->removeEvent(other->eventWithIdentifier(*series->eventIdentifier()), Span::futureEvents, error);
+  });
+  EXPECT_THAT(titles(), ElementsAre("t", "t"));
+  change("a new one", [&](auto& error) {
+    const auto fresh = other->newEvent();
+    fresh->setCalendar(other->defaultCalendarForNewEvents());
+    fresh->setStartDate(utc(2024, 5, 1));
+    fresh->setEndDate(utc(2024, 5, 1));
+    other->saveEvent(fresh, Span::thisEvent, error);
+  });
+  EXPECT_THAT(titles(), ElementsAre("", "t", "t"));
+}
+
+TEST_F(KeptAnswers, MoreChangesThanAreWorthFollowing) {
+  save(newEvent("before", utc(2024, 5, 1, 9)));
+  EXPECT_EQ(titles().size(), 1U);
+  for (int i = 0; i < 300; ++i)
+    import("BEGIN:VEVENT\r\nUID:" + std::to_string(i) + "\r\nDTSTART:20240502T090000Z\r\nSUMMARY:x\r\n" +
+           (i % 2 == 0 ? "RRULE:FREQ=DAILY;COUNT=2\r\n" : "") + "END:VEVENT\r\n");
+  EXPECT_EQ(ask()->size(), 1U + 150 + 150 * 2);
+}
+
+TEST_F(KeptAnswers, AnAnswerThatWasGivenStays) {
+  const auto event = newEvent("a", utc(2024, 5, 1, 9));
+  save(event);
+  const auto series = newEvent("s", utc(2024, 5, 2, 9));
+  series->addRecurrenceRule(daily(3));
+  save(series);
+  const auto given = ask();
+  ASSERT_EQ(given->size(), 4U);
+
+  event->setTitle("z");
+  save(event);
+  remove(given->at(2), Span::thisEvent);
+  EXPECT_EQ(given->size(), 4U);
+  ASSERT_TRUE(given->at(0));
+  EXPECT_EQ(given->at(0)->title(), "z") << "the event as it is now";
+  EXPECT_EQ(given->at(2), nullptr) << "no occurrence any more";
+  ASSERT_TRUE(given->at(3));
+  EXPECT_EQ(given->at(3)->startDate(), utc(2024, 5, 4, 9));
+  EXPECT_EQ(given->at(4), nullptr);
+  EXPECT_THAT(titles(), ElementsAre("z", "s", "s"));
+}
+
+TEST_F(KeptAnswers, AllDayEventsFollowTheDefaultZone) {
+  const auto event = newEvent("holiday", utc(2024, 5, 31, 10));
+  event->setAllDay(true);
+  save(event);
+  const auto predicate = store_->predicateForEvents(utc(2024, 5, 30, 12), utc(2024, 5, 30, 20), {});
+  EXPECT_EQ(store_->eventsMatchingPredicate(predicate)->size(), 0U);
+  zone_.set("Pacific/Auckland");
+  const auto found = store_->eventsMatchingPredicate(predicate);
+  ASSERT_EQ(found->size(), 1U) << "31 May begins at noon of the 30th there";
+  EXPECT_EQ(found->at(0)->startDate(), utc(2024, 5, 30, 12));
+  zone_.set("Europe/Berlin");
+  EXPECT_EQ(store_->eventsMatchingPredicate(predicate)->size(), 0U);
+}
+
+TEST_F(KeptAnswers, ACalendarMoreIsOneMoreToAsk) {
+  save(newEvent("first", utc(2024, 5, 1, 9)));
+  EXPECT_EQ(ask()->size(), 1U);
+  const auto work = store_->newCalendar(ek::EntityType::event);
+  work->setSource(store_->defaultCalendarForNewEvents()->source());
+  std::optional<ek::Error> error;
+  ASSERT_TRUE(store_->saveCalendar(work, error));
+  const auto event = newEvent("second", utc(2024, 5, 2, 9));
+  event->setCalendar(work);
+  save(event);
+  EXPECT_THAT(titles(), ElementsAre("first", "second"));
+  ASSERT_TRUE(store_->removeCalendar(work, error));
+  EXPECT_THAT(titles(), ElementsAre("first"));
+}
+
+TEST_F(KeptAnswers, EndlessSeriesAreFollowedForTenYears) {
+  const auto series = newEvent("yearly", utc(1990, 1, 1, 12));
+  series->addRecurrenceRule({.frequency = ek::RecurrenceFrequency::yearly});
+  save(series);
+  const auto berlin = foundation::TimeZone::named("Europe/Berlin");
+  const int thisYear = foundation::fieldsOf(berlin->wallTimeOf(foundation::now())).year;
+  const auto all = eventsBetween(foundation::distantPast(), foundation::distantFuture());
+  EXPECT_EQ(all->size(), static_cast<std::size_t>(thisYear + 10 - 1990 + 1));
+  const auto later = eventsBetween(utc(2100, 1, 1), utc(2200, 1, 1));
+  EXPECT_EQ(later->size(), 10U) << "counted from the start of a range that lies further ahead";
+  EXPECT_EQ(eventsBetween(utc(2100, 1, 1), utc(2103, 1, 1))->size(), 3U);
+}
+
+TEST_F(KeptAnswers, RemindersAreKeptUpToDateAsWell) {
+  const auto list = store_->defaultCalendarForNewReminders();
+  const auto open = store_->predicateForIncompleteReminders(std::nullopt, std::nullopt, {list});
+  const auto found = [&] {
+    std::vector<std::string> titles;
+    store_->fetchRemindersMatchingPredicate(open, [&](const auto& reminders) {
+      for (std::size_t i = 0; i < reminders->size(); ++i) titles.push_back(*reminders->at(i)->title());
+    });
+    return titles;
+  };
+  // The older of two by its CREATED comes first, although it was imported later.
+  import("BEGIN:VTODO\r\nUID:1\r\nSUMMARY:young\r\nCREATED:20240502T000000Z\r\nEND:VTODO\r\n");
+  EXPECT_THAT(found(), ElementsAre("young"));
+  import("BEGIN:VTODO\r\nUID:2\r\nSUMMARY:old\r\nCREATED:20240501T000000Z\r\nEND:VTODO\r\n");
+  EXPECT_THAT(found(), ElementsAre("old", "young"));
+  const auto other = elsewhere();
+  const auto done = std::dynamic_pointer_cast<ek::Reminder>(other->calendarItemWithIdentifier("1"));
+  ASSERT_TRUE(done);
+  done->setCompleted(true);
+  std::optional<ek::Error> error;
+  ASSERT_TRUE(other->saveReminder(done, error));
+  EXPECT_THAT(found(), ElementsAre("old"));
+  ASSERT_TRUE(other->removeReminder(other->calendarItemWithIdentifier("2"), error));
+  EXPECT_THAT(found(), IsEmpty());
+}
+
+}  // namespace

@@ -1,0 +1,271 @@
+// What edits do to the iCalendar text of an item, and what its getters read from a text of others.
+#include "tests/store/store_fixture.h"
+
+namespace {
+
+using ek::Span;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using zuno_test::days;
+using zuno_test::hours;
+using zuno_test::minutes;
+
+constexpr const char* kMeeting =
+    "BEGIN:VEVENT\r\n"
+    "UID:meeting@example.org\r\n"
+    "DTSTAMP:20240101T000000Z\r\n"
+    "SUMMARY;LANGUAGE=de;ALTREP=\"cid:1\":Besprechung\r\n"
+    "X-COLOR:blau\r\n"
+    "SEQUENCE:4\r\n"
+    "DTSTART;TZID=Europe/Berlin:20240501T090000\r\n"
+    "DURATION:PT1H\r\n"
+    "RRULE:FREQ=WEEKLY;COUNT=4;BYDAY=WE;X-HINT=1\r\n"
+    "CREATED:20230101T000000Z\r\n"
+    "LAST-MODIFIED:20230102T000000Z\r\n"
+    "ATTENDEE;CN=\"Ann, B.\";PARTSTAT=TENTATIVE;ROLE=CHAIR;CUTYPE=ROOM:mailto:Ann@example.org\r\n"
+    "ATTENDEE:mailto:bob@example.org\r\n"
+    "ATTENDEE;PARTSTAT=X-LATE:urn:uuid:1\r\n"
+    "BEGIN:VALARM\r\nACTION:AUDIO\r\nTRIGGER;RELATED=END:-PT10M\r\nATTACH;VALUE=URI:Basso\r\n"
+    "X-WR-ALARMUID:77\r\nEND:VALARM\r\n"
+    "BEGIN:VALARM\r\nACTION:EMAIL\r\nTRIGGER;VALUE=DATE-TIME:20240430T120000Z\r\n"
+    "ATTENDEE:MAILTO:ann@example.org\r\nSUMMARY:s\r\nDESCRIPTION:d\r\nEND:VALARM\r\n"
+    "BEGIN:X-THING\r\nX-A:1\r\nEND:X-THING\r\n"
+    "END:VEVENT\r\n";
+
+class Texts : public zuno_test::StoreFixture {
+ protected:
+  std::shared_ptr<ek::Event> imported(const std::string& text, const std::string& uid) {
+    import(text);
+    auto event = store_->eventWithIdentifier(uid);
+    if (!event) throw std::runtime_error("not found: " + uid);
+    return event;
+  }
+  std::string textAfterSave(const std::shared_ptr<ek::Event>& event, Span span = Span::thisEvent) {
+    save(event, span);
+    return textOf(event->calendarItemIdentifier());
+  }
+};
+
+TEST_F(Texts, GettersReadWhatOthersWrote) {
+  const auto event = imported(kMeeting, "meeting@example.org");
+  EXPECT_EQ(event->title(), "Besprechung");
+  EXPECT_EQ(event->endDate(), utc(2024, 5, 1, 8));
+  EXPECT_EQ(event->creationDate(), utc(2023, 1, 1));
+  EXPECT_EQ(event->lastModifiedDate(), utc(2023, 1, 2));
+  EXPECT_NE(event->eventIdentifier(), "meeting@example.org");
+  EXPECT_EQ(event->calendarItemExternalIdentifier(), "meeting@example.org");
+
+  const auto attendees = event->attendees();
+  ASSERT_EQ(attendees.size(), 3U);
+  EXPECT_EQ(attendees[0].name, "Ann, B.");
+  EXPECT_EQ(attendees[0].url, "mailto:Ann@example.org");
+  EXPECT_EQ(attendees[0].status, ek::ParticipantStatus::tentative);
+  EXPECT_EQ(attendees[0].role, ek::ParticipantRole::chair);
+  EXPECT_EQ(attendees[0].type, ek::ParticipantType::room);
+  EXPECT_EQ(attendees[1].name, std::nullopt);
+  EXPECT_EQ(attendees[1].status, ek::ParticipantStatus::pending);
+  EXPECT_EQ(attendees[1].role, ek::ParticipantRole::required);
+  EXPECT_EQ(attendees[2].status, ek::ParticipantStatus::unknown);
+
+  const auto alarms = event->alarms();
+  ASSERT_EQ(alarms.size(), 2U);
+  EXPECT_EQ(alarms[0]->type(), ek::AlarmType::audio);
+  EXPECT_EQ(alarms[0]->soundName(), "Basso");
+  EXPECT_EQ(alarms[0]->relativeOffset(), 3600 - 600);
+  EXPECT_EQ(alarms[1]->type(), ek::AlarmType::email);
+  EXPECT_EQ(alarms[1]->emailAddress(), "ann@example.org");
+  EXPECT_EQ(alarms[1]->absoluteDate(), utc(2024, 4, 30, 12));
+
+  const auto rules = event->recurrenceRules();
+  ASSERT_EQ(rules.size(), 1U);
+  EXPECT_EQ(rules[0].end->occurrenceCount, 4);
+  EXPECT_EQ(rules[0].daysOfTheWeek, std::vector{ek::DayOfWeek::dayOfWeek(4)});
+}
+
+TEST_F(Texts, AnEditTouchesWhatItChangesAndNothingElse) {
+  const auto event = imported(kMeeting, "meeting@example.org");
+  event->setTitle("Treffen; kurz");
+  event->alarms()[0]->setRelativeOffset(-60);
+  const std::string text = textAfterSave(event, Span::futureEvents);
+  EXPECT_THAT(text, HasSubstr("SUMMARY;LANGUAGE=de:Treffen\\; kurz\r\nX-COLOR:blau\r\n"));
+  EXPECT_THAT(text, HasSubstr("DURATION:PT1H\r\nRRULE:FREQ=WEEKLY;COUNT=4;BYDAY=WE;X-HINT=1\r\n"));
+  EXPECT_THAT(text,
+              HasSubstr("ACTION:AUDIO\r\nTRIGGER:-PT1M\r\nATTACH;VALUE=URI:Basso\r\nX-WR-ALARMUID:77\r\n"));
+  EXPECT_THAT(text, HasSubstr("BEGIN:X-THING\r\nX-A:1\r\nEND:X-THING\r\n"));
+  EXPECT_THAT(text, HasSubstr("CREATED:20230101T000000Z\r\n"));
+  EXPECT_THAT(text, HasSubstr("SEQUENCE:4\r\n")) << "its time is the same";
+  EXPECT_THAT(text, AllOf(Not(HasSubstr("20230102T000000Z")), Not(HasSubstr("DTSTAMP:20240101"))));
+}
+
+TEST_F(Texts, AMovedSeriesTakesItsExceptionsAlong) {
+  const auto event = imported(
+      "BEGIN:VEVENT\r\nUID:1\r\nDTSTART;TZID=Europe/Berlin:20240501T090000\r\n"
+      "DTEND;TZID=Europe/Berlin:20240501T100000\r\nSUMMARY:a\r\n"
+      "RRULE:FREQ=DAILY;UNTIL=20240505T070000Z\r\n"
+      "EXDATE;TZID=Europe/Berlin:20240502T090000,20240503T090000\r\nEND:VEVENT\r\n"
+      "BEGIN:VEVENT\r\nUID:1\r\nRECURRENCE-ID:20240504T070000Z\r\n"
+      "DTSTART;TZID=Europe/Berlin:20240504T090000\r\nDTEND;TZID=Europe/Berlin:20240504T100000\r\n"
+      "SUMMARY:b\r\nEND:VEVENT\r\n",
+      "1");
+  event->setStartDate(utc(2024, 5, 1, 8));
+  event->setEndDate(utc(2024, 5, 1, 9));
+  const std::string text = textAfterSave(event, Span::futureEvents);
+  EXPECT_THAT(text, HasSubstr("UNTIL=20240505T080000Z"));
+  const auto found = eventsBetween(utc(2024, 5, 1), utc(2024, 6, 1));
+  EXPECT_THAT(startsOf(*found), ElementsAre(utc(2024, 5, 1, 8), utc(2024, 5, 4, 8), utc(2024, 5, 5, 8)));
+  EXPECT_THAT(titlesOf(*found), ElementsAre("a", "b", "a"));
+}
+
+TEST_F(Texts, ASplitSharesOutRulesExceptionsAndAlarms) {
+  const std::string text =
+      "BEGIN:VEVENT\r\nUID:1\r\nDTSTART;VALUE=DATE:20240501\r\nSUMMARY:a\r\nX-KEEP:me\r\n"
+      "RRULE:FREQ=DAILY;COUNT=10\r\nEXDATE;VALUE=DATE:20240502,20240507\r\n"
+      "RDATE;VALUE=DATE:20240601\r\n"
+      "BEGIN:VALARM\r\nACTION:DISPLAY\r\nTRIGGER:-PT1H\r\nDESCRIPTION:d\r\nEND:VALARM\r\nEND:VEVENT\r\n";
+  const std::string old = imported(text, "1")->calendarItemIdentifier();
+  const auto fifth = eventAt(utc(2024, 5, 4, 22));
+  ASSERT_TRUE(fifth);
+  fifth->setTitle("later");
+  const std::string future = textAfterSave(fifth, Span::futureEvents);
+  EXPECT_NE(fifth->calendarItemIdentifier(), old);
+  EXPECT_THAT(future,
+              AllOf(HasSubstr("DTSTART;VALUE=DATE:20240505\r\n"), HasSubstr("COUNT=6"),
+                    HasSubstr("EXDATE;VALUE=DATE:20240507\r\n"), HasSubstr("RDATE;VALUE=DATE:20240601"),
+                    HasSubstr("X-KEEP:me"), HasSubstr("TRIGGER:-PT1H"), Not(HasSubstr("UID:1\r\n"))));
+  EXPECT_THAT(textOf(old), AllOf(HasSubstr("COUNT=4"), HasSubstr("EXDATE;VALUE=DATE:20240502\r\n"),
+                                 Not(HasSubstr("RDATE")), HasSubstr("SUMMARY:a\r\n")));
+}
+
+TEST_F(Texts, FromAnExtraDateOnTheRuleKeepsItsWeeks) {
+  imported(
+      "BEGIN:VEVENT\r\nUID:1\r\nDTSTART:20240506T090000Z\r\nDURATION:PT1H\r\nSUMMARY:a\r\n"
+      "RRULE:FREQ=WEEKLY;INTERVAL=2;COUNT=4\r\nRDATE:20240515T120000Z\r\nEND:VEVENT\r\n",
+      "1");
+  const auto extra = eventAt(utc(2024, 5, 15, 12));
+  ASSERT_TRUE(extra);
+  extra->setTitle("b");
+  save(extra, Span::futureEvents);
+  const auto found = eventsBetween(utc(2024, 5, 1), utc(2025, 1, 1));
+  EXPECT_THAT(startsOf(*found), ElementsAre(utc(2024, 5, 6, 9), utc(2024, 5, 15, 12), utc(2024, 5, 20, 9),
+                                            utc(2024, 6, 3, 9), utc(2024, 6, 17, 9)));
+  EXPECT_THAT(titlesOf(*found), ElementsAre("a", "b", "b", "b", "b"));
+}
+
+TEST_F(Texts, AllDayAndTimedAreExchanged) {
+  const auto event = newEvent("a", utc(2024, 5, 1, 7), hours(1));
+  event->addRecurrenceRule({.frequency = ek::RecurrenceFrequency::daily,
+                            .end = ek::RecurrenceEnd::withEndDate(utc(2024, 5, 3, 7))});
+  save(event);
+  event->setAllDay(true);
+  EXPECT_EQ(event->startDate(), utc(2024, 4, 30, 22));
+  EXPECT_THAT(textAfterSave(event, Span::futureEvents),
+              AllOf(HasSubstr("DTSTART;VALUE=DATE:20240501\r\n"), HasSubstr("DTEND;VALUE=DATE:20240502\r\n"),
+                    HasSubstr("UNTIL=20240503\r\n")));
+  EXPECT_EQ(eventsBetween(utc(2024, 1, 1), utc(2025, 1, 1))->size(), 3U);
+  event->setAllDay(false);
+  EXPECT_EQ(event->endDate(), utc(2024, 5, 1, 21) + minutes(59) + std::chrono::seconds(59));
+  save(event, Span::futureEvents);
+  EXPECT_THAT(startsOf(*eventsBetween(utc(2024, 1, 1), utc(2025, 1, 1))),
+              ElementsAre(utc(2024, 4, 30, 22), utc(2024, 5, 1, 22), utc(2024, 5, 2, 22)));
+}
+
+TEST_F(Texts, ADetachedOccurrenceIsFoundByItsOwnIdentifier) {
+  const auto event = imported(kMeeting, "meeting@example.org");
+  const auto second = eventAt(utc(2024, 5, 8, 7));
+  ASSERT_TRUE(second);
+  second->setStartDate(utc(2024, 5, 9, 7));
+  second->setEndDate(utc(2024, 5, 9, 8));
+  save(second);
+  // Seconds from the start of 2001 to 8 May 2024, 7:00 UTC.
+  EXPECT_EQ(second->eventIdentifier(), *event->eventIdentifier() + "/RID=736844400");
+  for (const std::string& identifier :
+       {*second->eventIdentifier(), std::string("meeting@example.org/RID=736844400")}) {
+    const auto found = store_->eventWithIdentifier(identifier);
+    ASSERT_TRUE(found) << identifier;
+    EXPECT_EQ(found->startDate(), utc(2024, 5, 9, 7));
+    EXPECT_EQ(found->occurrenceDate(), utc(2024, 5, 8, 7));
+    EXPECT_EQ(found->alarms().size(), 2U);
+    EXPECT_THAT(found->recurrenceRules(), IsEmpty());
+  }
+  EXPECT_EQ(store_->eventWithIdentifier(*event->eventIdentifier() + "/RID=736844401"), nullptr);
+  EXPECT_EQ(store_->eventWithIdentifier("/RID=736844400"), nullptr);
+}
+
+TEST_F(Texts, SomebodyElsesEventStaysAsItIs) {
+  const auto event = imported(
+      "BEGIN:VEVENT\r\nUID:1\r\nDTSTART:20240501T090000Z\r\nORGANIZER:mailto:boss@example.org\r\nEND:"
+      "VEVENT\r\n",
+      "1");
+  event->setTitle("mine");
+  std::optional<ek::Error> error;
+  EXPECT_FALSE(store_->saveEvent(event, Span::thisEvent, error));
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->code, ek::ErrorCode::eventNotMutable);
+  remove(event, Span::thisEvent);
+}
+
+TEST_F(Texts, BothSidesChangedAlarmsOfOneEvent) {
+  const auto mine = imported(kMeeting, "meeting@example.org");
+  const auto other = elsewhere();
+  const auto theirs = other->eventWithIdentifier("meeting@example.org");
+  std::optional<ek::Error> error;
+  theirs->addAlarm(other->alarmWithRelativeOffset(-7200));
+  ASSERT_TRUE(other->saveEvent(theirs, Span::futureEvents, error));
+  mine->removeAlarm(mine->alarms()[0]);
+  save(mine, Span::futureEvents);
+  ASSERT_EQ(mine->alarms().size(), 2U);
+  EXPECT_EQ(mine->alarms()[0]->type(), ek::AlarmType::email);
+  EXPECT_EQ(mine->alarms()[1]->relativeOffset(), -7200);
+}
+
+TEST_F(Texts, ARepeatingReminderGivesWayToItsNext) {
+  import(
+      "BEGIN:VTODO\r\nUID:1\r\nSUMMARY:rent\r\nDTSTART;VALUE=DATE:20240501\r\nDUE;VALUE=DATE:20240503\r\n"
+      "RRULE:FREQ=MONTHLY;COUNT=2\r\nEND:VTODO\r\n");
+  const auto reminder = std::dynamic_pointer_cast<ek::Reminder>(store_->calendarItemWithIdentifier("1"));
+  ASSERT_TRUE(reminder);
+  std::optional<ek::Error> error;
+  reminder->setCompleted(true);
+  ASSERT_TRUE(store_->saveReminder(reminder, error));
+  EXPECT_FALSE(reminder->isCompleted());
+  const auto june = std::chrono::local_days(std::chrono::year(2024) / 6 / 3);
+  EXPECT_EQ(reminder->dueDateComponents()->wall, june);
+  reminder->setCompleted(true);
+  ASSERT_TRUE(store_->saveReminder(reminder, error));
+  EXPECT_TRUE(reminder->isCompleted()) << "it was the last one";
+  EXPECT_EQ(reminder->dueDateComponents()->wall, june);
+}
+
+TEST_F(Texts, AlarmsOfRemindersCountFromTheDueDate) {
+  import(
+      "BEGIN:VTODO\r\nUID:1\r\nDTSTART:20240501T090000Z\r\nDUE:20240501T120000Z\r\n"
+      "BEGIN:VALARM\r\nACTION:DISPLAY\r\nTRIGGER:-PT1H\r\nDESCRIPTION:d\r\nEND:VALARM\r\n"
+      "BEGIN:VALARM\r\nACTION:DISPLAY\r\nTRIGGER;RELATED=END:-PT1H\r\nDESCRIPTION:d\r\nEND:VALARM\r\n"
+      "END:VTODO\r\n");
+  const auto item = store_->calendarItemWithIdentifier("1");
+  ASSERT_EQ(item->alarms().size(), 2U);
+  EXPECT_EQ(item->alarms()[0]->relativeOffset(), -4 * 3600);
+  EXPECT_EQ(item->alarms()[1]->relativeOffset(), -3600);
+  item->addAlarm(store_->alarmWithRelativeOffset(-60));
+  std::optional<ek::Error> error;
+  ASSERT_TRUE(store_->saveReminder(item, error));
+  EXPECT_THAT(textOf(item->calendarItemIdentifier()), HasSubstr("TRIGGER;RELATED=END:-PT1M\r\n"));
+}
+
+TEST_F(Texts, ItemsMadeInAZoneWithoutANameBringTheirRule) {
+  zone_.set("CET-1CEST,M3.5.0,M10.5.0/3");
+  const auto event = newEvent("a", utc(2024, 7, 1, 7));
+  save(event);
+  zone_.set("America/New_York");
+  const auto read = elsewhere()->eventWithIdentifier(*event->eventIdentifier());
+  ASSERT_TRUE(read);
+  EXPECT_EQ(read->startDate(), utc(2024, 7, 1, 7));
+  zone_.set("UTC");
+  const auto plain = newEvent("b", utc(2024, 7, 1, 7));
+  EXPECT_THAT(textAfterSave(plain), HasSubstr("DTSTART:20240701T070000Z\r\n"));
+}
+
+}  // namespace
