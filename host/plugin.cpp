@@ -46,8 +46,9 @@ QuadChar idFrom(std::u16string_view options) {
 }
 
 const Registration* rowNamed(const Registrations& rows, std::u16string_view name) {
-  const auto row = std::ranges::find_if(
-      rows, [name](const Registration& candidate) { return compareIgnoringCase(candidate.name, name) == 0; });
+  const auto row = std::ranges::find_if(rows, [name](const Registration& candidate) {
+    return std::is_eq(compareIgnoringCase(candidate.name, name));
+  });
   return row == rows.end() ? nullptr : &*row;
 }
 

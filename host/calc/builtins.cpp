@@ -30,7 +30,7 @@ std::span<const Builtin> conversionFunctions() { return kConversions; }
 const Builtin* builtinNamed(std::u16string_view name) {
   for (const Family family : kFamilies) {
     for (const Builtin& function : family()) {
-      if (compareIgnoringCase(name, widened(function.name)) == 0) return &function;
+      if (std::is_eq(compareIgnoringCase(name, widened(function.name)))) return &function;
     }
   }
   return nullptr;

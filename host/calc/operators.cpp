@@ -1,6 +1,7 @@
 #include "host/calc/operators.h"
 
 #include <algorithm>
+#include <compare>
 #include <iterator>
 #include <optional>
 
@@ -63,6 +64,8 @@ bool isPlainNumber(std::u16string_view text) {
 
 // A value next to one of another type, when it can be taken for one of that type.
 std::optional<Value> takenFor(ValueType type, const Value& value) {
+  const bool isMidnight = value.type() == ValueType::date && type == ValueType::timestamp;
+  if (isMidnight) return value.converted(type);
   if (value.type() != ValueType::text) return value;
   if (type == ValueType::number && !isPlainNumber(value.asText())) return std::nullopt;
   Value taken = value.converted(type);
@@ -95,12 +98,12 @@ constexpr Row kOperations[] = {
     {u'/', ratio},
     {u'^', power},
     {u'&', concatenation},
-    {u'=', [](const Value& a, const Value& b) { return Value::ofBoolean(compared(a, b) == 0); }},
-    {u'≠', [](const Value& a, const Value& b) { return Value::ofBoolean(compared(a, b) != 0); }},
-    {u'<', [](const Value& a, const Value& b) { return Value::ofBoolean(compared(a, b) < 0); }},
-    {u'≤', [](const Value& a, const Value& b) { return Value::ofBoolean(compared(a, b) <= 0); }},
-    {u'>', [](const Value& a, const Value& b) { return Value::ofBoolean(compared(a, b) > 0); }},
-    {u'≥', [](const Value& a, const Value& b) { return Value::ofBoolean(compared(a, b) >= 0); }}};
+    {u'=', [](const Value& a, const Value& b) { return Value::ofBoolean(std::is_eq(compared(a, b))); }},
+    {u'≠', [](const Value& a, const Value& b) { return Value::ofBoolean(std::is_neq(compared(a, b))); }},
+    {u'<', [](const Value& a, const Value& b) { return Value::ofBoolean(std::is_lt(compared(a, b))); }},
+    {u'≤', [](const Value& a, const Value& b) { return Value::ofBoolean(std::is_lteq(compared(a, b))); }},
+    {u'>', [](const Value& a, const Value& b) { return Value::ofBoolean(std::is_gt(compared(a, b))); }},
+    {u'≥', [](const Value& a, const Value& b) { return Value::ofBoolean(std::is_gteq(compared(a, b))); }}};
 
 }  // namespace
 

@@ -1,5 +1,6 @@
 // zunohost: a host for the plug-in where there is no FileMaker.
 #include <CLI/CLI.hpp>
+#include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <string>
@@ -73,9 +74,7 @@ int loadAndPerform(const Commands& commands, const Options& options) {
   return kFailure;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int runProgram(int argc, char** argv) {
   CLI::App app("Loads the Zuno plug-in as FileMaker does, evaluates calculations and runs scripts.",
                "zunohost");
   Options options;
@@ -85,10 +84,16 @@ int main(int argc, char** argv) {
   } catch (const CLI::ParseError& fault) {
     return app.exit(fault) == 0 ? 0 : kWrongUsage;
   }
+  return loadAndPerform(commands, options);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
   try {
-    return loadAndPerform(commands, options);
+    return runProgram(argc, argv);
   } catch (const std::exception& fault) {
-    std::cerr << "zunohost: " << fault.what() << '\n';
+    std::fprintf(stderr, "zunohost: %s\n", fault.what());
     return kFailure;
   }
 }

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kNoStep = static_cast<std::size_t>(-1);
 
-bool sameWord(std::u16string_view a, std::u16string_view b) { return compareIgnoringCase(a, b) == 0; }
+bool sameWord(std::u16string_view a, std::u16string_view b) { return std::is_eq(compareIgnoringCase(a, b)); }
 
 // What follows "Label:", or nothing when the parameter has another label, or none.
 std::optional<std::u16string_view> labelled(std::u16string_view parameter, std::u16string_view label) {

@@ -84,7 +84,7 @@ bool isUsable(const StepParameter& parameter, const std::vector<StepParameter>& 
 std::size_t StepDefinition::argumentCount() const {
   int highest = -1;
   for (const StepParameter& parameter : parameters) highest = std::max(highest, parameter.id);
-  return static_cast<std::size_t>(highest + 1);
+  return static_cast<std::size_t>(highest) + 1;
 }
 
 StepDefinition readStepDefinition(const Text& xml) {

@@ -45,6 +45,8 @@ TEST_F(Calculations, ComparisonsIgnoreCaseAndTakeNumbersForNumbers) {
                                   {"Date ( 1 ; 2 ; 2026 ) = \"1/2/2026\"", "1"},
                                   {"Date ( 1 ; 2 ; 2026 ) < Date ( 10 ; 1 ; 2026 )", "1"},
                                   {"Time ( 1 ; 0 ; 0 ) = 3600", "1"},
+                                  {"Date ( 1 ; 2 ; 2026 ) = Timestamp ( Date ( 1 ; 2 ; 2026 ) ; 0 )", "1"},
+                                  {"Timestamp ( Date ( 1 ; 2 ; 2026 ) ; 1 ) > Date ( 1 ; 2 ; 2026 )", "1"},
                                   {"Date ( 1 ; 2 ; 2026 ) = \"someday\"", "0"}};
   expectAll(examples);
 }

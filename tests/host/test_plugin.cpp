@@ -29,7 +29,7 @@ void answer(Result& result, fmx::int32 number) {
 }
 
 std::string bytesOf(const fmx::Text& text) {
-  std::string bytes(text.GetSize() * 3U, '\0');
+  std::string bytes(std::size_t{3} * text.GetSize(), '\0');
   bytes.resize(text.GetBytesEx(bytes.data(), static_cast<fmx::uint32>(bytes.size())));
   return bytes;
 }
