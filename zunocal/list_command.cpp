@@ -51,7 +51,7 @@ void printJson(const std::vector<Listed>& all) {
         json.empty() ? "" : ",", jsonText(calendar.title), kindOf(calendar), typeOf(calendar),
         jsonText(calendar.identifier), items, calendar.isDefault, calendar.isSubscribed, calendar.isImmutable,
         calendar.allowsModification);
-  fmt::print("{{\"calendars\":[{}]}}\n", json);
+  fmt::print("[{}]\n", json);
 }
 
 std::size_t widthOf(const std::string& text) {

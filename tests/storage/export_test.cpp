@@ -99,6 +99,9 @@ TEST_F(Export, JoinsSeveralFilesOfOneTitle) {
   EXPECT_EQ(exported({"Work"}),
             calendarText(zoneText("Office", "+0100") + event("a", kOffice) + event("b", kOffice),
                          {"VERSION:2.0", "PRODID:-//t//t//EN", "X-WR-CALNAME:Work", "X-EXTRA:1"}));
+  import(withLineBreaks(calendarText(event("lf"), {"X-WR-CALNAME:Work", "X-LF:1"}), "\n"), "lf.ics");
+  EXPECT_THAT(exported({"Work"}), HasSubstr("X-LF:1\r\n"));
+  EXPECT_THAT(exported({"Work"}), HasSubstr(event("lf")));
   // Another meaning of the same TZID does not fit in.
   const std::string clash = calendarText(zoneText("Office", "+0900") + event("c", kOffice));
   import(clash, "3.ics");

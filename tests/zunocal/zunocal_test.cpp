@@ -22,8 +22,7 @@ TEST_F(Zunocal, ListsANewStore) {
                                          "Calendar   events     local  " + kUuid + "      0\n" +
                                          "Reminders  reminders  local  " + kUuid + "      0\n"));
   const Outcome json = zunocal({"--json", "list"});
-  EXPECT_THAT(json.output,
-              StartsWith(R"({"calendars":[{"title":"Calendar","kind":"events","type":"local",)"));
+  EXPECT_THAT(json.output, StartsWith(R"([{"title":"Calendar","kind":"events","type":"local",)"));
   EXPECT_THAT(json.output, HasSubstr(R"(,"items":0,"default":true,"subscribed":false,)"));
   EXPECT_EQ(zunocal({"list", "--json"}).output, json.output);
 }

@@ -3,7 +3,6 @@
 #include <SQLiteCpp/Column.h>
 #include <SQLiteCpp/Statement.h>
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 #include "eventkit/embedded/ical/component.h"
@@ -173,27 +172,40 @@ std::set<std::string> timeZonesIn(std::string_view text) {
   return names;
 }
 
-// What items of a calendar that were made or edited here mean by a TZID.
-std::optional<std::string> givenZone(Database& database, RowId calendar, const std::string& tzid) {
-  const auto select = database.statement(
-      "SELECT text FROM calendar_zone JOIN zone ON zone.id = zone WHERE calendar = ? AND tzid = ? "
-      "ORDER BY zone.id DESC LIMIT 1");
-  select->bind(1, calendar);
-  select->bind(2, tzid);
-  if (!select->executeStep()) return std::nullopt;
-  return select->getColumn(0).getString();
-}
+// What items made here mean by their TZIDs. Many items name few zones.
+class ZoneTexts {
+ public:
+  ZoneTexts(Database& database, RowId calendar) : database_(database), calendar_(calendar) {}
 
-Zones zonesOfItem(Database& database, RowId calendar, std::string_view text) {
-  Zones zones;
-  for (const std::string& tzid : timeZonesIn(text)) {
-    if (auto given = givenZone(database, calendar, tzid))
-      zones.emplace(tzid, plain(*given));
-    else if (const auto known = ical::zoneNamed(tzid))
-      zones.emplace(tzid, plain(ical::vtimezoneFor(*known, tzid).text()));
+  Zones of(std::string_view item) {
+    Zones zones;
+    for (const std::string& tzid : timeZonesIn(item))
+      if (const std::string& text = textOfZone(tzid); !text.empty()) zones.emplace(tzid, text);
+    return zones;
   }
-  return zones;
-}
+
+ private:
+  const std::string& textOfZone(const std::string& tzid) {
+    const auto [known, isNew] = texts_.try_emplace(tzid);
+    if (isNew) known->second = plain(find(tzid));
+    return known->second;
+  }
+
+  std::string find(const std::string& tzid) {
+    const auto given = database_.statement(
+        "SELECT text FROM calendar_zone JOIN zone ON zone.id = zone WHERE calendar = ? AND tzid = ? "
+        "ORDER BY zone.id DESC LIMIT 1");
+    given->bind(1, calendar_);
+    given->bind(2, tzid);
+    if (given->executeStep()) return given->getColumn(0).getString();
+    const auto known = ical::zoneNamed(tzid);
+    return known ? ical::vtimezoneFor(*known, tzid).text() : std::string();
+  }
+
+  Database& database_;
+  RowId calendar_;
+  Zones texts_;
+};
 
 // Of a name that the zone database has, any VTIMEZONE will do.
 bool fits(const Draft& draft, const Zones& needed) {
@@ -220,12 +232,12 @@ void placeItem(std::vector<Draft>& drafts, RowId item, const Zones& needed, cons
 void placeItemsMadeHere(Database& database, std::vector<Draft>& drafts, const std::vector<RowId>& calendars,
                         const std::string& title) {
   for (const RowId calendar : calendars) {
+    ZoneTexts zones(database, calendar);
     const auto select =
         database.statement("SELECT id, text FROM item WHERE calendar = ? AND envelope IS NULL ORDER BY id");
     select->bind(1, calendar);
     while (select->executeStep())
-      placeItem(drafts, select->getColumn(0).getInt64(),
-                zonesOfItem(database, calendar, textOf(select->getColumn(1))), title);
+      placeItem(drafts, select->getColumn(0).getInt64(), zones.of(textOf(select->getColumn(1))), title);
   }
 }
 

@@ -32,6 +32,12 @@ bool hasLineBreaks(std::string_view text, std::string_view wanted) {
   return true;
 }
 
+std::string_view firstLineBreakOf(std::string_view header) {
+  const std::size_t at = header.find('\n');
+  const bool isBare = at != std::string_view::npos && (at == 0 || header[at - 1] != '\r');
+  return isBare ? "\n" : kReturnAndFeed;
+}
+
 std::vector<int> placesFrom(std::string_view text) {
   std::vector<int> places;
   const char* end = text.data() + text.size();
@@ -57,7 +63,7 @@ class VolumeWriter {
         calendars_(calendars),
         volume_(volume),
         sink_(sink),
-        lineBreak_(hasLineBreaks(volume.header, kReturnAndFeed) ? kReturnAndFeed : "\n") {}
+        lineBreak_(firstLineBreakOf(volume.header)) {}
 
   void write() {
     put("BEGIN:VCALENDAR\n");

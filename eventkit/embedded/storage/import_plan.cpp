@@ -123,13 +123,12 @@ class Planner {
   }
 
   std::uint32_t titleIndex(const std::string& title) {
-    const auto known = std::ranges::find(plan_.titles, title);
-    const auto index = static_cast<std::uint32_t>(known - plan_.titles.begin());
-    if (known == plan_.titles.end()) {
+    const auto [known, isNew] = titles_.try_emplace(title, static_cast<std::uint32_t>(plan_.titles.size()));
+    if (isNew) {
       plan_.titles.push_back(title);
       used_.push_back(0);
     }
-    return index;
+    return known->second;
   }
 
   void group() {
@@ -174,6 +173,7 @@ class Planner {
   const std::string& stem_;
   const SkipPart& skip_;
   ImportPlan plan_;
+  std::unordered_map<std::string, std::uint32_t> titles_;
   std::vector<std::uint32_t> used_;  // VCALENDARs so far, by title
   std::unordered_map<Key, std::size_t, KeyHash> byKey_;
   std::unordered_set<std::string> made_;

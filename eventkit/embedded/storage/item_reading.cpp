@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <map>
 #include <tuple>
 #include <utility>
 
@@ -30,23 +31,24 @@ bool isNewer(const Reading& left, const Reading& right) {
   return age(left) >= age(right);
 }
 
-std::string_view occurrenceOf(const Reading& reading) {
-  return reading.component.value("RECURRENCE-ID").value_or("");
+std::string occurrenceOf(const Reading& reading) {
+  return std::string(reading.component.value("RECURRENCE-ID").value_or(""));
 }
 
 // Of two components for the same occurrence, or two masters, the newer one counts.
 std::vector<Reading> withoutDoubles(std::vector<Reading> readings, const Report& leaveOut) {
-  if (readings.size() == 1) return readings;
   std::vector<Reading> kept;
+  std::map<std::string, std::size_t> byOccurrence;
   for (Reading& reading : readings) {
-    const auto same = std::ranges::find(kept, occurrenceOf(reading), occurrenceOf);
-    if (same == kept.end()) {
+    const auto [known, isFirst] = byOccurrence.try_emplace(occurrenceOf(reading), kept.size());
+    if (isFirst) {
       kept.push_back(std::move(reading));
       continue;
     }
-    if (isNewer(reading, *same)) std::swap(reading, *same);
+    Reading& same = kept[known->second];
+    if (isNewer(reading, same)) std::swap(reading, same);
     leaveOut(*reading.source,
-             "line " + std::to_string(same->source->line) + " has a newer one of the same UID");
+             "line " + std::to_string(same.source->line) + " has a newer one of the same UID");
   }
   const auto byPlace = [](const Reading& reading) {
     return std::pair(reading.source->envelope, reading.source->place);
@@ -105,7 +107,7 @@ std::optional<ReadItem> readItem(const ImportPlan& plan, const ImportPlan::Group
   bool asTheyStand = !group.isMadeUid;
   std::vector<Reading> readings = parse(plan, group, asTheyStand);
   if (group.isMadeUid) readings.front().component.set(ical::Line::make("UID", group.uid));
-  readings = withoutDoubles(std::move(readings), leaveOut);
+  if (readings.size() > 1) readings = withoutDoubles(std::move(readings), leaveOut);
   std::string why;
   std::optional<ItemIndex> index = indexReadable(readings, zones, leaveOut, why);
   if (!index) return std::nullopt;
