@@ -8,7 +8,7 @@ namespace foundation {
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
-constexpr char32_t kKelvinSign = 0x212A;
+constexpr std::string_view kKelvinSign = "\xE2\x84\xAA";
 
 void appendUtf8(std::string& out, char32_t c) {
   if (c < 0x80) {
@@ -118,19 +118,17 @@ std::u16string utf16FromUtf8(std::string_view text) {
   return out;
 }
 
+// Byte by byte: no byte of a longer sequence is a letter, and no sequence contains another.
 std::string lowercased(std::string_view text) {
-  std::string out;
-  out.reserve(text.size());
-  for (std::size_t i = 0; i < text.size();) {
-    const Decoded next = decodeUtf8(text.substr(i));
-    if (next.character >= 'A' && next.character <= 'Z')
-      out += static_cast<char>(next.character - 'A' + 'a');
-    else if (next.character == kKelvinSign)
-      out += 'k';
-    else
-      out += text.substr(i, next.length);
-    i += next.length;
+  std::string out(text);
+  bool isAscii = true;
+  for (char& c : out) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    isAscii = isAscii && static_cast<unsigned char>(c) < 0x80;
   }
+  if (isAscii) return out;
+  for (std::size_t at = 0; (at = out.find(kKelvinSign, at)) != std::string::npos;)
+    out.replace(at, kKelvinSign.size(), 1, 'k');
   return out;
 }
 

@@ -37,10 +37,10 @@ Value firstEmailAddress(const ek::Event* event) {
 }  // namespace
 
 Value iCalEKFunctions::getAlarmAttribute(TextArgument keyword, std::int32_t /*at*/, TextArgument /*uid*/) {
-  const std::optional<std::string> word = lowercased(keyword);
+  const Keyword word(keyword);
   if (word == "email") return firstEmailAddress(m_ekEvent.get());
   if (!m_ekAlarm) return noValue(kErrGetNeedsAlarm);
-  if (!word) return noValue(kErrPropertyMissing);
+  if (word.isNone()) return noValue(kErrPropertyMissing);
   const Reader<ek::Alarm>* read = find(kReaders, word);
   return read ? (*read)(*m_ekAlarm) : noValue(kErrPropertyUnknown);
 }

@@ -49,7 +49,7 @@ int iCalEKFunctions::addAlarm(TextArgument type, std::optional<Date> absTrigger,
   if (eaddr) alarm->setEmailAddress(owned(eaddr));
   if (sound) alarm->setSoundName(owned(sound));
 
-  const AlarmAction* wanted = find(kActions, lowercased(action));
+  const AlarmAction* wanted = find(kActions, Keyword(action));
   if (wanted == nullptr) return fail(kErrMissingArgument);
   if (*wanted == AlarmAction::display) makeDisplayOnly(*alarm);
   if (*wanted == AlarmAction::email && !eaddr) return fail(kErrAlarmNeedsEmail);
@@ -77,7 +77,7 @@ ek::CalendarItem* iCalEKFunctions::alarmOwner(TextArgument type) {
 
 int iCalEKFunctions::setAlarmProp(TextArgument keyword, const Value& value) {
   if (!m_ekAlarm) return fail(kErrInvalidCallOrder);
-  const std::optional<std::string> word = lowercased(keyword);
+  const Keyword word(keyword);
   const TextArgument text = plainTextOf(value);
   if (word == "absolutetrigger") {
     const std::optional<Date> date = dateOf(value);
@@ -100,7 +100,7 @@ int iCalEKFunctions::setAlarmProp(TextArgument keyword, const Value& value) {
 
 // What an alarm does follows from its address and sound; only "display", which takes both away, changes it.
 int iCalEKFunctions::setAlarmAction(TextArgument word) {
-  const AlarmAction* wanted = find(kActions, lowercased(word));
+  const AlarmAction* wanted = find(kActions, Keyword(word));
   if (wanted == nullptr) return fail(kErrAlarmActionUnknown);
   if (*wanted == AlarmAction::display) makeDisplayOnly(*m_ekAlarm);
   return 0;

@@ -31,7 +31,7 @@ constexpr ReaderRow<ek::Calendar> kReaders[] = {
 Value iCalEKFunctions::getCalendarAttribute(TextArgument keyword, std::int32_t /*at*/, TextArgument /*uid*/) {
   if (!m_ekCalendar) return noValue(kErrGetNeedsCalendar);
   if (!keyword) return noValue(kErrPropertyMissing);
-  const Reader<ek::Calendar>* read = find(kReaders, lowercased(keyword));
+  const Reader<ek::Calendar>* read = find(kReaders, Keyword(keyword));
   if (read == nullptr) return noValue(kErrPropertyUnknown);
   try {
     return (*read)(*m_ekCalendar);

@@ -54,7 +54,7 @@ double decimalValue(std::string_view text) {
 int iCalEKFunctions::setCalendarProp(TextArgument keyword, const Value& value) {
   if (!m_ekCalendar) return fail(kErrSetNeedsCalendar);
   if (!keyword) return fail(kErrPropertyMissing);
-  const std::string word = foundation::lowercased(*keyword);
+  const Keyword word(keyword);
   if (word == "notes") return 0;  // accepted: calendars have none
   if (word == "color") return setColor(plainTextOf(value));
   if (word != "title") return fail(kErrMissingArgument);

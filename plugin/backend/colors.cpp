@@ -30,7 +30,7 @@ constexpr KeywordRow<ek::Color> kSystemColors[] = {
 }  // namespace
 
 std::optional<ek::Color> iCalEKFunctions::colorFromString(TextArgument name) {
-  const ek::Color* color = find(kSystemColors, lowercased(name));
+  const ek::Color* color = find(kSystemColors, Keyword(name));
   return color ? std::optional(*color) : std::nullopt;
 }
 

@@ -6,6 +6,7 @@ namespace zuno {
 namespace {
 
 constexpr ReaderRow<ek::Event> kReaders[] = {
+    {"title", [](const ek::Event& event) { return valueOf(event.title()); }},
     {"startdate", [](const ek::Event& event) { return valueOf(event.startDate()); }},
     {"enddate", [](const ek::Event& event) { return valueOf(event.endDate()); }},
     {"occurrence",
@@ -24,7 +25,6 @@ constexpr ReaderRow<ek::Event> kReaders[] = {
     {"hasattendees", [](const ek::Event& event) { return truthValue(!event.attendees().empty()); }},
     {"hasalarms", [](const ek::Event& event) { return truthValue(!event.alarms().empty()); }},
     {"notes", [](const ek::Event& event) { return valueOf(event.notes()); }},
-    {"title", [](const ek::Event& event) { return valueOf(event.title()); }},
     {"url", [](const ek::Event& event) { return valueOf(event.url()); }},
 };
 
@@ -33,7 +33,7 @@ constexpr ReaderRow<ek::Event> kReaders[] = {
 Value iCalEKFunctions::getEventAttribute(TextArgument keyword, std::int32_t /*at*/, TextArgument /*uid*/) {
   if (!m_ekEvent) return noValue(kErrGetNeedsEvent);
   if (!keyword) return noValue(kErrPropertyMissing);
-  const Reader<ek::Event>* read = find(kReaders, lowercased(keyword));
+  const Reader<ek::Event>* read = find(kReaders, Keyword(keyword));
   return read ? (*read)(*m_ekEvent) : getCalendarItemAttribute(keyword, *m_ekEvent);
 }
 

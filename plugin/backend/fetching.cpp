@@ -46,10 +46,10 @@ int iCalEKFunctions::fetchEventsWithModificationDate(std::optional<Date> /*modif
 int iCalEKFunctions::fetchReminders(TextArgument calendars, TextArgument status, std::optional<Date> date) {
   releaseItems();
   const std::optional<ek::Calendars> lists = calendarArrayFromString(calendars, "reminderlist");
-  const std::optional<std::string> word = lowercased(status);
+  const Keyword word(status);
   if (g_llasterror != 0) return -1;
   if (isEmpty(lists)) return fail(kErrCalendarArray);
-  if (!word) return keepReminderPredicate(m_ekEventStore->predicateForReminders(*lists));
+  if (word.isNone()) return keepReminderPredicate(m_ekEventStore->predicateForReminders(*lists));
 
   const ReminderStatus* wanted = find(kReminderStatuses, word);
   if (wanted == nullptr) return fail(kErrInvalidParameters);

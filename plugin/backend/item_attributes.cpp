@@ -16,7 +16,7 @@ Value ofCalendar(const ek::CalendarItem& item, Value (*read)(const ek::Calendar&
 // far, known or not, reads as the date of the last change.
 Value iCalEKFunctions::getCalendarItemAttribute(TextArgument keyword, const ek::CalendarItem& item) {
   if (!keyword) return noValue(kErrPropertyMissing);
-  const std::string word = foundation::lowercased(*keyword);
+  const Keyword word(keyword);
   if (word == "calendartitle")
     return ofCalendar(item, [](const ek::Calendar& calendar) { return valueOf(calendar.title()); });
   if (word == "calendaruid")

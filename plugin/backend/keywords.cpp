@@ -18,10 +18,10 @@ constexpr KeywordRow<ItemType> kItemTypes[] = {
 }  // namespace
 
 std::optional<ItemType> itemTypeFrom(TextArgument keyword) {
-  const ItemType* type = find(kItemTypes, lowercased(keyword));
+  const ItemType* type = find(kItemTypes, Keyword(keyword));
   return type ? std::optional(*type) : std::nullopt;
 }
 
-bool isTrue(const Value& value) { return lowercased(plainTextOf(value)) == "true"; }
+bool isTrue(const Value& value) { return Keyword(plainTextOf(value)) == "true"; }
 
 }  // namespace zuno

@@ -46,7 +46,7 @@ Value iCalEKFunctions::getParticipantAttribute(TextArgument keyword, std::int32_
                                                TextArgument /*uid*/) {
   if (!m_ekParticipant) return noValue(kErrGetNeedsAttendee);
   if (!keyword) return noValue(kErrPropertyMissing);
-  const ParticipantReader* read = find(kReaders, lowercased(keyword));
+  const ParticipantReader* read = find(kReaders, Keyword(keyword));
   return read ? (*read)(*m_ekParticipant, *m_AddressBook) : noValue(kErrPropertyUnknown);
 }
 
@@ -54,7 +54,7 @@ Value iCalEKFunctions::getParticipantAttribute(TextArgument keyword, std::int32_
 Value iCalEKFunctions::getEventParticipantAttribute(TextArgument keyword, std::int32_t /*atIndex*/) {
   if (!m_ekParticipant) return noValue(kErrGetNeedsAttendee);
   if (!keyword) return noValue(kErrPropertyMissing);
-  const ParticipantReader* read = find(kNumberReaders, lowercased(keyword));
+  const ParticipantReader* read = find(kNumberReaders, Keyword(keyword));
   return read ? (*read)(*m_ekParticipant, *m_AddressBook) : noValue(kErrPropertyUnknown);
 }
 

@@ -29,7 +29,7 @@ int iCalEKFunctions::addRecurrence(TextArgument type, std::int32_t interval,
                                    std::optional<std::vector<int>> dotm, int /*dow*/,
                                    std::optional<std::vector<int>> monthsOfTheYear,
                                    std::optional<Date> endWithDate, std::int32_t endWithCount) {
-  const ek::RecurrenceFrequency* frequency = find(kFrequencies, lowercased(type));
+  const ek::RecurrenceFrequency* frequency = find(kFrequencies, Keyword(type));
   if (frequency == nullptr) return fail(kErrRecurrenceType);
   if (interval < 1) return fail(kErrRecurrenceInterval);
   if (!m_ekEvent) return fail(kErrAddRecurrenceNeedsEvent);

@@ -85,7 +85,7 @@ Value iCalEKFunctions::getEventRecurrenceRuleAttribute(TextArgument keyword, Tex
     const std::vector<ek::RecurrenceRule> rules = m_ekEvent->recurrenceRules();
     if (!rules.empty()) m_ekRecurrenceRule = rules.front();
   }
-  const std::string word = foundation::lowercased(*keyword);
+  const Keyword word(keyword);
   if (word == "weeksoftheyear") return noValue(kErrWeeksOfTheYear);
   if (word == "recurrenceend") return recurrenceEndAttribute(recurrenceEnd);
   const Reader<ek::RecurrenceRule>* read = find(kReaders, word);
@@ -96,7 +96,7 @@ Value iCalEKFunctions::getEventRecurrenceRuleAttribute(TextArgument keyword, Tex
 Value iCalEKFunctions::recurrenceEndAttribute(TextArgument keyword) {
   if (!m_ekRecurrenceRule || !m_ekRecurrenceRule->end) return "never";
   if (!keyword) return noValue(kErrMissingArgument);
-  const Reader<ek::RecurrenceEnd>* read = find(kEndReaders, lowercased(keyword));
+  const Reader<ek::RecurrenceEnd>* read = find(kEndReaders, Keyword(keyword));
   return read ? (*read)(*m_ekRecurrenceRule->end) : noValue(kErrInvalidArgument);
 }
 

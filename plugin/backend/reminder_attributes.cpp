@@ -37,7 +37,7 @@ constexpr ReaderRow<ek::Reminder> kReaders[] = {
 Value iCalEKFunctions::getReminderAttribute(TextArgument keyword, std::int32_t /*at*/, TextArgument /*uid*/) {
   if (!m_ekReminder) return noValue(kErrGetNeedsReminder);
   if (!keyword) return noValue(kErrPropertyMissing);
-  const std::optional<std::string> word = lowercased(keyword);
+  const Keyword word(keyword);
   if (const Reader<ek::Reminder>* read = find(kReaders, word)) return (*read)(ek::asReminder(*m_ekReminder));
   if (const Reader<ek::CalendarItem>* read = find(kCommonReaders, word)) return (*read)(*m_ekReminder);
   return getCalendarItemAttribute(keyword, *m_ekReminder);

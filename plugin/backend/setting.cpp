@@ -31,18 +31,17 @@ constexpr KeywordRow<EventSetter> kEventSetters[] = {
 int iCalEKFunctions::setEventProp(TextArgument keyword, const Value& value) {
   if (!m_ekEvent) return fail(kErrSetNeedsEvent);
   if (!keyword) return fail(kErrPropertyMissing);
-  const std::string word = foundation::lowercased(*keyword);
-  if (const EventSetter* set = find(kEventSetters, word))
+  if (const EventSetter* set = find(kEventSetters, Keyword(keyword)))
     (*set)(*m_ekEvent, value);
   else
-    setCalendarItemProp(word, value, *m_ekEvent);
+    setCalendarItemProp(foundation::lowercased(*keyword), value, *m_ekEvent);
   return 0;
 }
 
 int iCalEKFunctions::setReminderProp(TextArgument keyword, const Value& value) {
   if (!m_ekReminder) return fail(kErrSetNeedsReminder);
   if (!keyword) return fail(kErrPropertyMissing);
-  const std::string word = foundation::lowercased(*keyword);
+  const Keyword word(keyword);
   if (word == "completeddate")
     ek::asReminder(*m_ekReminder).setCompletionDate(dateOf(value));
   else if (word == "duedate")
@@ -52,14 +51,13 @@ int iCalEKFunctions::setReminderProp(TextArgument keyword, const Value& value) {
   else if (word == "priority")
     setPriority(value);
   else
-    setCalendarItemProp(word, value, *m_ekReminder);
+    setCalendarItemProp(foundation::lowercased(*keyword), value, *m_ekReminder);
   return 0;
 }
 
 // An unknown word is an error of which only the number tells: the priority stays.
 void iCalEKFunctions::setPriority(const Value& value) {
-  const std::string word = lowercased(plainTextOf(value)).value_or("none");
-  const int* priority = find(kPriorities, word);
+  const int* priority = find(kPriorities, Keyword(plainTextOf(value).value_or("none")));
   if (priority != nullptr)
     ek::asReminder(*m_ekReminder).setPriority(*priority);
   else

@@ -17,7 +17,7 @@ inline constexpr KeywordRow<ek::Span> kSpans[] = {
 
 // Nothing for an absent or unknown word.
 inline std::optional<ek::Span> spanFrom(TextArgument keyword) {
-  const ek::Span* span = find(kSpans, lowercased(keyword));
+  const ek::Span* span = find(kSpans, Keyword(keyword));
   return span ? std::optional(*span) : std::nullopt;
 }
 

@@ -4,7 +4,7 @@
 
 namespace zuno {
 
-Call::Call(const fmx::DataVect& arguments, fmx::Data& result) : arguments_(arguments), result_(result) {
+void Call::begin() {
   g_llasterror = 0;
   if (g_sharedFunctions != nullptr) g_sharedFunctions->resetLastErrorString();
 }

@@ -22,14 +22,16 @@ namespace zuno {
 
 class Call {
  public:
-  Call(const fmx::DataVect& arguments, fmx::Data& result);
+  Call(const fmx::DataVect& arguments, fmx::Data& result) : arguments_(arguments), result_(result) {}
+  // Before anything is read.
+  static void begin();
 
-  // No text where the argument is empty or missing.
-  std::optional<std::string> text(fmx::uint32 index) const { return textArgument(arguments_, index); }
-  std::int64_t integer(fmx::uint32 index) const { return integerArgument(arguments_, index); }
+  std::optional<std::string> text(fmx::uint32 index) const { return arguments_.text(index); }
   // For what the backend takes in 32 bits; the host's integers have no more.
-  std::int32_t number(fmx::uint32 index) const { return static_cast<std::int32_t>(integer(index)); }
-  std::optional<Date> date(fmx::uint32 index) const { return dateArgument(arguments_, index); }
+  std::int32_t number(fmx::uint32 index) const {
+    return static_cast<std::int32_t>(arguments_.integer(index));
+  }
+  std::optional<Date> date(fmx::uint32 index) const { return arguments_.date(index); }
 
   static void clearErrors() { ClearError(); }
   static void fail(ErrorNumber number) { g_llasterror = number; }
@@ -58,7 +60,7 @@ class Call {
   void finish();
 
  private:
-  const fmx::DataVect& arguments_;
+  Arguments arguments_;
   fmx::Data& result_;
 };
 
@@ -77,6 +79,7 @@ template <class Body>
 fmx::errcode runCall(const fmx::ExprEnv& environment, const fmx::DataVect& arguments, fmx::Data& result,
                      Body body) {
   return runInSession(environment, [&] {
+    Call::begin();
     Call call(arguments, result);
     body(call);
     call.finish();

@@ -46,10 +46,10 @@ bool isShown(int year) { return year >= 1 && year <= 9999; }
 
 }  // namespace
 
-std::optional<Date> dateArgument(const fmx::DataVect& arguments, fmx::uint32 index) {
-  if (index >= arguments.Size() || arguments.AtAsText(index).GetSize() == 0) return std::nullopt;
+std::optional<Date> Arguments::date(fmx::uint32 index) const {
+  if (index >= count_ || values_.AtAsText(index).GetSize() == 0) return std::nullopt;
   try {
-    return dateFrom(arguments.AtAsTimeStamp(index));
+    return dateFrom(values_.AtAsTimeStamp(index));
   } catch (const std::exception&) {
     return std::nullopt;
   }

@@ -1,8 +1,7 @@
 #include "plugin/functions/host_values.h"
 
-#include <algorithm>
 #include <array>
-#include <utility>
+#include <type_traits>
 #include <vector>
 
 #include "foundation/text.h"
@@ -14,14 +13,29 @@ namespace {
 // Keywords and most texts are shorter, and then need no memory of their own on the way.
 constexpr std::size_t kShortText = 256;
 
-template <class Unit>
-bool isAscii(const Unit* units, std::size_t count) {
-  return std::all_of(units, units + count, [](Unit unit) { return static_cast<unsigned>(unit) < 0x80; });
+// Copies unit by unit; true when all were ASCII, and the copy is the same text then.
+template <class From, class To>
+bool copyAscii(const From* from, std::size_t count, To* to) {
+  unsigned seen = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto unit = static_cast<std::make_unsigned_t<From>>(from[i]);
+    to[i] = static_cast<To>(unit);
+    seen |= unit;
+  }
+  return seen < 0x80;
 }
 
-std::string utf8From(const fmx::uint16* units, std::size_t count) {
-  if (isAscii(units, count)) return {units, units + count};
-  return foundation::utf8FromUtf16(std::u16string(units, units + count));
+std::string utf8From(const fmx::Text& text, fmx::uint32 size) {
+  if (size > kShortText) {
+    std::vector<fmx::uint16> units(size);
+    text.GetUnicode(units.data(), 0, size);
+    return foundation::utf8FromUtf16(std::u16string(units.begin(), units.end()));
+  }
+  std::array<fmx::uint16, kShortText> units;
+  std::array<char, kShortText> narrow;
+  text.GetUnicode(units.data(), 0, size);
+  if (copyAscii(units.data(), size, narrow.data())) return {narrow.data(), size};
+  return foundation::utf8FromUtf16(std::u16string(units.begin(), units.begin() + size));
 }
 
 void assignUnits(const fmx::uint16* terminated, fmx::Data& result) {
@@ -32,35 +46,23 @@ void assignUnits(const fmx::uint16* terminated, fmx::Data& result) {
 
 }  // namespace
 
-std::string utf8From(const fmx::Text& text) {
+std::optional<std::string> Arguments::text(fmx::uint32 index) const {
+  if (index >= count_) return std::nullopt;
+  const fmx::Text& text = values_.AtAsText(index);
   const fmx::uint32 size = text.GetSize();
-  if (size == 0) return {};
-  if (size <= kShortText) {
-    std::array<fmx::uint16, kShortText> units;
-    text.GetUnicode(units.data(), 0, size);
-    return utf8From(units.data(), size);
-  }
-  std::vector<fmx::uint16> units(size);
-  text.GetUnicode(units.data(), 0, size);
-  return utf8From(units.data(), size);
+  return size == 0 ? std::nullopt : std::optional(utf8From(text, size));
 }
 
-std::optional<std::string> textArgument(const fmx::DataVect& arguments, fmx::uint32 index) {
-  if (index >= arguments.Size()) return std::nullopt;
-  std::string text = utf8From(arguments.AtAsText(index));
-  return text.empty() ? std::nullopt : std::optional(std::move(text));
-}
-
-std::int64_t integerArgument(const fmx::DataVect& arguments, fmx::uint32 index) {
-  return index < arguments.Size() ? arguments.AtAsNumber(index).AsLong() : 0;
+std::int64_t Arguments::integer(fmx::uint32 index) const {
+  return index < count_ ? values_.AtAsNumber(index).AsLong() : 0;
 }
 
 void AssignStringResult(TextArgument text, fmx::Data& result) {
   const std::string_view bytes = text.value_or("");
-  if (bytes.size() < kShortText && isAscii(bytes.data(), bytes.size())) {
+  if (bytes.size() < kShortText) {
     std::array<fmx::uint16, kShortText> units;
-    *std::copy(bytes.begin(), bytes.end(), units.begin()) = 0;
-    return assignUnits(units.data(), result);
+    units[bytes.size()] = 0;
+    if (copyAscii(bytes.data(), bytes.size(), units.data())) return assignUnits(units.data(), result);
   }
   const std::u16string wide = foundation::utf16FromUtf8(bytes);
   std::vector<fmx::uint16> units(wide.begin(), wide.end());

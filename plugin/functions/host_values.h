@@ -11,14 +11,22 @@
 
 namespace zuno {
 
-// Arguments, counted from 0. One past the end reads like an empty one.
-std::optional<std::string> textArgument(const fmx::DataVect& arguments, fmx::uint32 index);
-std::int64_t integerArgument(const fmx::DataVect& arguments, fmx::uint32 index);
-// A timestamp, as wall-clock time in the default zone with the offset that holds there today. Nothing for an
-// empty argument and for what is no timestamp.
-std::optional<Date> dateArgument(const fmx::DataVect& arguments, fmx::uint32 index);
+// What a function was called with, counted from 0. An argument past the end reads like an empty one.
+class Arguments {
+ public:
+  explicit Arguments(const fmx::DataVect& values) : values_(values), count_(values.Size()) {}
 
-std::string utf8From(const fmx::Text& text);
+  // No text where the argument is empty.
+  std::optional<std::string> text(fmx::uint32 index) const;
+  std::int64_t integer(fmx::uint32 index) const;
+  // A timestamp, as wall-clock time in the default zone with the offset that holds there today. Nothing for
+  // an empty argument and for what is no timestamp.
+  std::optional<Date> date(fmx::uint32 index) const;
+
+ private:
+  const fmx::DataVect& values_;
+  fmx::uint32 count_;
+};
 
 // Results. No text gives an empty one.
 void AssignStringResult(TextArgument text, fmx::Data& result);

@@ -5,7 +5,6 @@
 #include <string_view>
 #include <utility>
 
-#include "foundation/text.h"
 #include "plugin/backend/keywords.h"
 #include "plugin/functions/call.h"
 #include "plugin/shell/external_functions.h"
@@ -22,12 +21,12 @@ constexpr std::string_view kSettableDates[] = {"absolutetrigger", "enddate",    
                                                "occurrence",      "completeddate", "duedate"};
 
 template <std::size_t N>
-bool isOneOf(const std::string_view (&words)[N], std::string_view word) {
-  return std::find(std::begin(words), std::end(words), word) != std::end(words);
+bool isOneOf(const std::string_view (&words)[N], const Keyword& keyword) {
+  return std::any_of(std::begin(words), std::end(words),
+                     [&](std::string_view word) { return keyword == word; });
 }
 
-Value read(iCalEKFunctions& backend, ItemType type, const std::string& property,
-           const std::optional<std::string>& subProperty) {
+Value read(iCalEKFunctions& backend, ItemType type, TextArgument property, TextArgument subProperty) {
   switch (type) {
     case ItemType::event:
       return backend.getEventAttribute(property, 1, std::nullopt);
@@ -65,8 +64,7 @@ int write(iCalEKFunctions& backend, ItemType type, const std::string& property, 
   return -1;
 }
 
-void assignValue(const Value& value, std::string_view property, const std::optional<std::string>& subProperty,
-                 fmx::Data& result) {
+void assignValue(const Value& value, const Keyword& property, const Keyword& subProperty, fmx::Data& result) {
   if (isOneOf(kTimestampProperties, property) || subProperty == "enddate")
     assignDate(value, DateForm::timestamp, result);
   else if (isOneOf(kDateProperties, property))
@@ -83,15 +81,15 @@ fmx::errcode Zuno_GetProperty(short /*functionId*/, const fmx::ExprEnv& environm
                               const fmx::DataVect& arguments, fmx::Data& result) {
   return runCall(environment, arguments, result, [](Call& call) {
     const std::optional<std::string> type = call.text(0);
-    const std::optional<std::string> property = lowercased(call.text(1));
-    const std::optional<std::string> subProperty = lowercased(call.text(2));
+    const std::optional<std::string> property = call.text(1);
+    const std::optional<std::string> subProperty = call.text(2);
     Call::clearErrors();
     if (!type || !property) return;
     const std::optional<ItemType> kind = itemTypeFrom(type);
     if (!kind) return Call::fail(kErrInvalidParameters);
     const Value value =
-        Call::ask([&](iCalEKFunctions& backend) { return read(backend, *kind, *property, subProperty); });
-    if (!Call::failed()) assignValue(value, *property, subProperty, call.result());
+        Call::ask([&](iCalEKFunctions& backend) { return read(backend, *kind, property, subProperty); });
+    if (!Call::failed()) assignValue(value, Keyword(property), Keyword(subProperty), call.result());
   });
 }
 
@@ -100,7 +98,7 @@ fmx::errcode Zuno_SetProperty(short /*functionId*/, const fmx::ExprEnv& environm
   return runCall(environment, arguments, result, [](Call& call) {
     const std::optional<std::string> type = call.text(0);
     const std::optional<std::string> property = call.text(1);
-    const bool isDate = property && isOneOf(kSettableDates, foundation::lowercased(*property));
+    const bool isDate = property && isOneOf(kSettableDates, Keyword(property));
     const Value value = isDate ? valueOf(call.date(2)) : valueOf(call.text(2));
     Call::clearErrors();
     if (!type || !property) return;

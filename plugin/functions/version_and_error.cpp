@@ -1,6 +1,6 @@
 #include <string>
 
-#include "foundation/text.h"
+#include "plugin/backend/keywords.h"
 #include "plugin/functions/call.h"
 #include "plugin/shell/external_functions.h"
 #include "plugin/shell/plugin_error.h"
@@ -51,8 +51,8 @@ fmx::errcode Zuno_Version(short /*functionId*/, const fmx::ExprEnv& environment,
 fmx::errcode Zuno_GetLastError(short /*functionId*/, const fmx::ExprEnv& environment,
                                const fmx::DataVect& arguments, fmx::Data& result) {
   return runInSession(environment, [&] {
-    const std::optional<std::string> form = textArgument(arguments, 0);
-    if (form && foundation::lowercased(*form) != "text")
+    const std::optional<std::string> form = Arguments(arguments).text(0);
+    if (form && !(Keyword(form) == "text"))
       return assignNumber(static_cast<std::int32_t>(g_llasterror), result);
     const fmx::TextUniquePtr message;
     message->Assign(lastErrorText().c_str());

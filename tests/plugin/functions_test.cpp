@@ -106,6 +106,14 @@ TEST_F(Functions, FetchCountAndOpen) {
   EXPECT_EQ(get("event", "title"), textAnswer("Lunch"));
 }
 
+// Lower-casing goes by Unicode: the sign for kelvin is a k as well, a dotted capital I is not an i.
+TEST_F(Functions, KeywordsBeyondAscii) {
+  fetchReminders();
+  EXPECT_EQ(call("GetItemCountForType", {text("TAS\u212A")}), numberAnswer(2));
+  expectFailure(call("GetItemCountForType", {text("REM\u0130NDER")}), 9042);
+  expectFailure(call("GetItemCountForType", {text("tas\uFF4B")}), 9042);
+}
+
 TEST_F(Functions, AnEmptyTypeOpensTheCalendarAtThePosition) {
   EXPECT_EQ(call("OpenItemAt", {text(""), number(1)}), kSuccess);
   EXPECT_EQ(get("calendar", "title"), textAnswer("Work"));
