@@ -14,6 +14,9 @@ constexpr std::uint32_t kAllMonths = 0x1FFE;
 constexpr std::uint32_t kAllMonthDays = 0x7FFFFFFF;
 constexpr int kLongestMonth = 31;
 constexpr int kMostWeeks = 53;
+// 29 February falls on a given weekday every 28 years, or 40 over a century without leap day. What has not
+// come in this time never will.
+constexpr std::int64_t kRarestDay = 41 * 366;
 constexpr int kDaysOfFirstWeek = 4;  // a week belongs to the year that has four of its days
 
 void setBit(YearDays& set, int day) {
@@ -233,7 +236,7 @@ void DayPlan::keepWeeks(YearDays& set, int year, unsigned firstWeekday) const {
 }
 
 bool DayPlan::namesDay(std::int64_t day) const {
-  if (hasWeekdays_ && (weekdays_ >> weekdayOf(day) & 1) == 0) return false;
+  if (!namesWeekday(weekdayOf(day))) return false;
   if (!restrictsMonths_ && !hasMonthDays_ && !hasYearDays_) return true;
   const Civil date = civilOf(day);
   if (!namesMonth(date.month)) return false;
@@ -247,11 +250,12 @@ bool DayPlan::namesDay(std::int64_t day) const {
 }
 
 std::int64_t DayPlan::firstNamedDay(std::int64_t day, std::int64_t lastDay) const {
-  while (day <= lastDay && !namesDay(day)) {
+  const std::int64_t lastSought = std::min(lastDay, day + kRarestDay);
+  while (day <= lastSought && !namesDay(day)) {
     const Civil date = civilOf(day);
     day += namesMonth(date.month) ? 1 : monthLength(date.year, date.month) - date.day + 1;
   }
-  return day;
+  return day <= lastSought ? day : lastDay + 1;
 }
 
 }  // namespace ek::recurrence

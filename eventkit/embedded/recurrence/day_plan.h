@@ -22,6 +22,7 @@ class DayPlan {
   unsigned weekStart() const { return weekStart_; }
 
   bool namesMonth(unsigned month) const { return (months_ >> month & 1) != 0; }
+  bool namesWeekday(unsigned weekday) const { return !hasWeekdays_ || (weekdays_ >> weekday & 1) != 0; }
   bool namesDay(std::int64_t day) const;
   // The first day from `day` on that is named; one beyond `lastDay` when there is none up to it.
   std::int64_t firstNamedDay(std::int64_t day, std::int64_t lastDay) const;

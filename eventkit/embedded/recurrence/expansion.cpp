@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <numeric>
 
 #include "eventkit/embedded/recurrence/calendar.h"
 
@@ -21,6 +22,9 @@ constexpr std::int64_t kWidestInterval = 1'000'000'000'000;
 constexpr std::int64_t kMostWithinDay = 1'000'000;
 constexpr std::int64_t kMostSilentPeriods[] = {
     kMostWithinDay, kMostWithinDay, kMostWithinDay, 146097, 20871, 4800, 400};
+
+// After so many silent steps within the day it is worth to ask whether there can be any other.
+constexpr std::int64_t kSuspicious = 100'000;
 
 constexpr std::int64_t kUnits[] = {1, 60, 3600, 1, 7, 1, 1};
 
@@ -44,12 +48,21 @@ Expansion::Expansion(const Rule& rule, WallTime start, bool dateOnly)
     isUniform_ = rule.frequency == Frequency::weekly
                      ? !days_of_.restrictsMonths()
                      : rule.frequency == Frequency::daily && !days_of_.isSelective();
-  isSilent_ = from_ < kFirstSecond || from_ > kLastSecond;
+  isSilent_ =
+      from_ < kFirstSecond || from_ > kLastSecond || (rule.frequency <= Frequency::daily && !isPickable());
   if (isSilent_) return;
   firstPeriod_ = period_ = periodOf(from_);
   WallTime last{seconds(kLastSecond)};
   if (rule.until && !rule.until->isUtc) last = std::min(last, rule.until->wall);
   limit(last);
+}
+
+// For periods of one day or less, which all hold as many times: whether BYSETPOS can mean one of them.
+bool Expansion::isPickable() const {
+  const auto most = static_cast<int>(times_.size());
+  return rule_->bySetPos.empty() || std::ranges::any_of(rule_->bySetPos, [most](int position) {
+           return position >= -most && position <= most;
+         });
 }
 
 std::int64_t Expansion::periodOf(std::int64_t wall) const {
@@ -92,10 +105,11 @@ void Expansion::seek(WallTime from) {
 bool Expansion::fill() {
   const std::int64_t mostSilent = kMostSilentPeriods[static_cast<std::size_t>(rule_->frequency)];
   for (std::int64_t silent = 0; period_ <= lastPeriod_ && silent <= mostSilent;) {
-    if (!generate())
-      ++silent;
-    else if (trim())
-      return true;
+    if (generate()) {
+      if (trim()) return true;
+    } else if (++silent == kSuspicious && rule_->frequency < Frequency::daily && !isReachable()) {
+      break;
+    }
   }
   period_ = lastPeriod_ + 1;
   at_ = size_ = 0;
@@ -189,6 +203,21 @@ bool Expansion::generateWithinDay() {
   dayCount_ = 1;
   days_[0] = 0;
   return pick();
+}
+
+// Whether the steps within the day can ever meet a named time on a named weekday: in the course of time they
+// come to each second of the week that is a multiple of the common divisor away from the first.
+bool Expansion::isReachable() const {
+  constexpr std::int64_t week = 7 * kDaySeconds;
+  const std::int64_t stride = std::gcd(step_, week);
+  const std::int64_t monday = dayNumber(1, 1, 1) * kDaySeconds;
+  for (std::int64_t second = (firstPeriod_ - monday) % stride; second < week; second += stride) {
+    const std::int64_t time = second % kDaySeconds;
+    if (days_of_.namesWeekday(weekdayOf((monday + second - time) / kDaySeconds)) &&
+        times_.firstNamedTime(time) == time)
+      return true;
+  }
+  return false;
 }
 
 void Expansion::setDays(std::uint64_t word, int firstDay) {

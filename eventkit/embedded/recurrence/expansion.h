@@ -50,6 +50,8 @@ class Expansion {
   bool generateWeek();
   bool generateDay();
   bool generateWithinDay();
+  bool isPickable() const;
+  bool isReachable() const;
   bool pick();
   bool trim();
   std::int64_t alignedFrom(std::int64_t second) const;
@@ -65,7 +67,7 @@ class Expansion {
   DayPlan days_of_;
   TimePlan times_;
   bool isUniform_ = false;  // every period names the same
-  bool isSilent_ = false;   // the start lies in no year that is looked at
+  bool isSilent_ = false;   // names nothing, whatever is asked
   bool dateOnly_ = false;
   std::int64_t from_ = 0;
   std::int64_t last_ = std::numeric_limits<std::int64_t>::max();

@@ -153,7 +153,8 @@ std::optional<Occurrence> occurrenceAt(const Series& series, WallTime recurrence
 std::int64_t countBefore(const Series& series, WallTime before) {
   if (series.rules.empty()) return series.start < before ? 1 : 0;
   const Rule& rule = series.rules.front();
-  if (rule.until && rule.until->isUtc) before = std::min(before, lastWallOf(series, *rule.until) + seconds(1));
+  if (rule.until && rule.until->isUtc)
+    before = std::min(before, lastWallOf(series, *rule.until) + seconds(1));
   const std::int64_t count = countOfRuleBefore(rule, series.start, series.isAllDay, before);
   return rule.count ? std::min(count, *rule.count) : count;
 }
