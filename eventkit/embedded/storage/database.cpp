@@ -282,8 +282,7 @@ Database::Version Database::version() {
   if (connection_->sharesLog) {
     if (const std::uint64_t* header = sharedLogHeader(handle)) {
       for (std::size_t i = 0; i < kWalHeaderSize / sizeof(std::uint64_t); ++i)
-        version.words[i] = __atomic_load_n(header + i, __ATOMIC_RELAXED);
-      std::atomic_thread_fence(std::memory_order_acquire);
+        version.words[i] = __atomic_load_n(header + i, __ATOMIC_ACQUIRE);
       return version;
     }
   }
