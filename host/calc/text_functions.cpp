@@ -2,6 +2,7 @@
 #include <limits>
 
 #include "host/calc/builtins.h"
+#include "host/calc/lexer.h"
 #include "host/wrapper/encoding.h"
 #include "host/wrapper/text_case.h"
 
@@ -71,6 +72,7 @@ Text replaced(const Text& text, const Text& what, const Text& by) {
 
 // Pairs of what is looked for, in its letter case, and what takes its place, one after the other.
 Value substitute(Values a) {
+  if (a.size() % 2 == 0) throw CalculationError("Substitute lacks what takes the last text's place");
   Text text = a[0].asText();
   for (std::size_t i = 1; i + 1 < a.size(); i += 2) text = replaced(text, a[i].asText(), a[i + 1].asText());
   return Value::ofText(std::move(text));

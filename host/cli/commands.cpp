@@ -32,12 +32,17 @@ std::string asJson(const Plugin& plugin, const Registration& function) {
                      hasStep(plugin, function));
 }
 
+// Behind the words for type-ahead, which nobody reads.
+std::string readableDescription(const Registration& function) {
+  const std::u16string_view description = function.description;
+  return foundation::utf8FromUtf16(description.substr(description.find(u'|') + 1));
+}
+
 void print(const Plugin& plugin, const Registration& function) {
   fmt::print("{:>5}  {}\n       {}; arguments: {}{}\n", function.id,
              foundation::utf8FromUtf16(function.prototype), foundation::utf8FromUtf16(function.name),
              argumentCounts(function), hasStep(plugin, function) ? "; also a script step" : "");
-  if (!function.description.empty())
-    fmt::print("       {}\n", foundation::utf8FromUtf16(function.description));
+  if (!function.description.empty()) fmt::print("       {}\n", readableDescription(function));
 }
 
 bool isBlank(const std::string& line) { return line.find_first_not_of(" \t\r") == std::string::npos; }

@@ -177,6 +177,7 @@ TEST_F(Calculations, AreRefusedWithAPlaceAndAReason) {
       {"1 2", "error: Character 3: this is out of place"},
       {"( 1", "error: Character 4: ) is missing at the end"},
       {"Left ( \"a\" )", "error: Character 1: Left takes 2 arguments, not 1"},
+      {"Substitute ( 1 ; 2 ; 3 ; 4 )", "error: Substitute lacks what takes the last text's place"},
       {"If ( 1 )", "error: Character 1: If takes 2 to 3 arguments, not 1"},
       {"Test_Typed ( 1 ; 2 ; 3 ; 4 ; 5 )", "error: Character 1: Test_Typed takes 1 to 4 arguments, not 5"},
       {"Test_Truncated", "error: Character 1: Test_Truncated takes 1 argument, not 0"},

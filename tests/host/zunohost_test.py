@@ -51,7 +51,10 @@ class Zunohost(unittest.TestCase):
             self.assertEqual(rows[1], {"id": 2, "name": "Test_Joined", "prototype": "Test_Joined( values )",
                                        "description": description, "min": 0, "max": -1, "step": version >= 57})
             self.assertEqual(sum(row["step"] for row in rows), steps)
-        self.assertIn("Test_Joined( values )", host("functions").stdout)
+        listing = host("functions").stdout
+        self.assertIn("Test_Joined( values )", listing)
+        self.assertIn("what it does\n", listing)
+        self.assertNotIn("test|", listing)
 
     def test_a_refused_plugin_fails_every_command(self):
         for command in (["functions"], ["eval", "1"], ["repl"], ["run", "none.fmscript"]):
