@@ -8,7 +8,7 @@ namespace bench {
 namespace {
 
 void repeat(benchmark::State& state, Call call) {
-  for (auto _ : state) call.run();
+  for ([[maybe_unused]] auto _ : state) call.run();
   call.check();
 }
 

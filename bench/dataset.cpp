@@ -46,7 +46,7 @@ std::vector<FloorOccurrence> expandWithLibical(const std::string& icsFile) {
 }  // namespace
 
 std::string Dataset::scratch(const std::string& name) const {
-  const std::string path = folder + "/" + name;
+  std::string path = folder + "/" + name;
   for (const char* companion : {"", "-wal", "-shm"}) std::filesystem::remove_all(path + companion);
   return path;
 }

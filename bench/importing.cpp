@@ -12,17 +12,17 @@ namespace {
 using Program = std::vector<std::string>;
 
 void inNewProcess(benchmark::State& state, const Dataset& dataset, Program (*program)(const Dataset&)) {
-  for (auto _ : state) state.SetIterationTime(runProcess(program(dataset)).seconds);
+  for ([[maybe_unused]] auto _ : state) state.SetIterationTime(runProcess(program(dataset)).seconds);
   state.counters["peak_kilobytes"] = static_cast<double>(peakMemoryOf(program(dataset)));
 }
 
 void parse(benchmark::State& state, const Dataset& dataset) {
-  for (auto _ : state) benchmark::DoNotOptimize(parseWithLibical(dataset.ics()));
+  for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(parseWithLibical(dataset.ics()));
 }
 
 // Into a new store, to its last commit.
 void importFile(benchmark::State& state, const Dataset& dataset) {
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     state.PauseTiming();
     const std::string path = dataset.scratch("import.sqlite");
     std::string why;

@@ -40,14 +40,14 @@ void countWarm(benchmark::State& state, const Peer& peer, const Dataset& dataset
   Contender& contender = warm(peer, dataset);
   contender.count(windows(27));
   int number = 0;
-  for (auto _ : state) benchmark::DoNotOptimize(contender.count(windows(number++)));
+  for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(contender.count(windows(number++)));
   state.counters["occurrences"] = static_cast<double>(contender.count(windows(kMarch2026)));
 }
 
 void countInNewProcess(benchmark::State& state, const Peer& peer, const Dataset& dataset) {
   const Window window = month(kMarch2026);
   std::string found;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     const Finished finished = runProcess(
         {peer.program, (dataset.*peer.file)(), std::to_string(window.from), std::to_string(window.to)});
     state.SetIterationTime(finished.seconds);

@@ -89,7 +89,7 @@ void commitRow(benchmark::State& state, const Dataset& dataset) {
   Floor floor(path);
   std::string text = makeCalendar(1).items.front();
   std::int64_t number = 0;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     // SQLite writes nothing for a row that stays the same.
     const std::string mark = fmt::format("{:010}", ++number);
     text.replace(0, mark.size(), mark);
@@ -101,7 +101,7 @@ void saveOne(benchmark::State& state, const Dataset& dataset) {
   const std::vector<std::string> uids = singleEvents(dataset);
   ChangeAndSave changeAndSave("this");
   std::size_t item = 0;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     state.PauseTiming();
     Call(function("Zuno_OpenItemWithUID"), {"event", uids[++item % uids.size()]})();
     changeAndSave.prepare();
@@ -117,7 +117,7 @@ Window middleOfTheSeries() { return {month(kMarch2026).from, month(kMarch2026).f
 void saveFuture(benchmark::State& state) {
   static int series = 0;
   ChangeAndSave changeAndSave("future");
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     state.PauseTiming();
     fetch(middleOfTheSeries(), kSeriesCalendars[0]);
     open(series++ % kSeries + 1);
@@ -132,7 +132,7 @@ void removeFuture(benchmark::State& state) {
   static int series = 0;
   ChangeAndSave detach("this");
   Call identifier(function("Zuno_GetProperty"), {"event", "uid"});
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     state.PauseTiming();
     fetch(middleOfTheSeries(), kSeriesCalendars[1]);
     open(1);  // those before are gone
@@ -154,7 +154,7 @@ void countAfterSave(benchmark::State& state, const Dataset& dataset, Window wind
   fetchWindow();
   count();
   std::size_t item = 0;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     state.PauseTiming();
     Call(function("Zuno_OpenItemWithUID"), {"event", uids[++item % uids.size()]})();
     changeAndSave.prepare();

@@ -15,7 +15,7 @@ namespace {
 void countAgain(benchmark::State& state, const Dataset& dataset) {
   openOurs(dataset.store())->count(yearFrom(0));
   Call count(function("Zuno_GetItemCountForType"), {"event"});
-  for (auto _ : state) count.run();
+  for ([[maybe_unused]] auto _ : state) count.run();
   count.check();
   state.counters["occurrences"] = static_cast<double>(count.number());
 }
@@ -31,7 +31,7 @@ void walk(benchmark::State& state, const Dataset& dataset, Window window) {
   for (int position = 1; position <= occurrences; ++position)
     opens.emplace_back(function("Zuno_OpenItemAt"), std::vector<Value>{"event", position});
   int day = 0;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     state.PauseTiming();
     ours->count(yearFrom(++day % 28));  // or the answer would be a kept one
     state.ResumeTiming();
@@ -46,7 +46,7 @@ void walk(benchmark::State& state, const Dataset& dataset, Window window) {
 void readRows(benchmark::State& state, const Dataset& dataset, Window window) {
   Floor floor(dataset.floorTable());
   const std::vector<std::int64_t> items = floor.itemsIn(window);
-  for (auto _ : state)
+  for ([[maybe_unused]] auto _ : state)
     for (const std::int64_t item : items) benchmark::DoNotOptimize(floor.readItem(item));
   state.counters["opens"] = static_cast<double>(items.size());
 }
