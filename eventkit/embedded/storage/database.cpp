@@ -127,7 +127,8 @@ struct Database::Connection {
   std::int64_t pendingChange = 0;
   bool isReadOnly = false;
   bool isImmutable = false;
-  bool sharesLog = false;
+  // Stays mapped as long as the connection is open and has a log, which nobody can take away meanwhile.
+  const std::uint64_t* logHeader = nullptr;
   FileIdentity file;
 };
 
@@ -210,8 +211,8 @@ std::shared_ptr<Database> Database::open(const std::string& givenPath, std::stri
         "PRAGMA journal_size_limit = 4194304; PRAGMA temp_store = MEMORY");
     readMarks(database);  // maps the log's shared memory
     // Asking where there is no log would make one's shared file.
-    connection->sharesLog =
-        !connection->isImmutable && hasLog(database) && sharedLogHeader(database.getHandle());
+    if (!connection->isImmutable && hasLog(database))
+      connection->logHeader = sharedLogHeader(database.getHandle());
     keepLogOnClose(database, false);
     return std::shared_ptr<Database>(new Database(std::move(connection)));
   } catch (const Refusal& refusal) {
@@ -278,20 +279,17 @@ void Database::Transaction::commit() {
 Database::Version Database::version() {
   Version version;
   version.words.back() = connection_->serial;
-  sqlite3* handle = connection_->database.getHandle();
-  if (connection_->sharesLog) {
-    if (const std::uint64_t* header = sharedLogHeader(handle)) {
-      for (std::size_t i = 0; i < kWalHeaderSize / sizeof(std::uint64_t); ++i)
-        version.words[i] = __atomic_load_n(header + i, __ATOMIC_ACQUIRE);
-      return version;
-    }
+  if (const std::uint64_t* header = connection_->logHeader) {
+    for (std::size_t i = 0; i < kWalHeaderSize / sizeof(std::uint64_t); ++i)
+      version.words[i] = __atomic_load_n(header + i, __ATOMIC_ACQUIRE);
+    return version;
   }
   guarded([&] {
     const Lease dataVersion = statement("PRAGMA data_version");
     dataVersion->executeStep();
     version.words[0] = static_cast<std::uint64_t>(dataVersion->getColumn(0).getInt64());
   });
-  version.words[1] = static_cast<std::uint64_t>(sqlite3_total_changes64(handle));
+  version.words[1] = static_cast<std::uint64_t>(sqlite3_total_changes64(connection_->database.getHandle()));
   return version;
 }
 
