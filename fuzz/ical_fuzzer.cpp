@@ -22,8 +22,10 @@ void require(bool holds) {
   if (!holds) std::abort();
 }
 
+// Blank lines do not count: a line feed after a line that ends in a carriage return is part of its end.
 std::size_t countOf(const Component& component) {
-  std::size_t count = 1 + component.lines().size();
+  std::size_t count = 1;
+  for (const Line& line : component.lines()) count += line.name().empty() && line.value().empty() ? 0 : 1;
   for (const Component& inner : component.components()) count += countOf(inner);
   return count;
 }

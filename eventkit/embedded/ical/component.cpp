@@ -159,8 +159,7 @@ void Component::set(Line line) {
   const auto first = std::ranges::find_if(lines_, isNamesake);
   if (first == lines_.end()) return add(std::move(line));
   const auto index = static_cast<std::size_t>(first - lines_.begin());
-  for (std::size_t at = lines_.size(); at-- > index + 1;)
-    if (isNamesake(lines_[at])) removeLine(at);
+  removeLines(line.name(), index + 1);
   replaceLine(index, std::move(line));
 }
 
@@ -170,9 +169,25 @@ void Component::add(Line line) {
   insertLine(index, std::move(line));
 }
 
-void Component::remove(std::string_view name) {
-  for (std::size_t at = lines_.size(); at-- > 0;)
-    if (lines_[at].is(name)) removeLine(at);
+void Component::remove(std::string_view name) { removeLines(name, 0); }
+
+// One pass for any number of lines, which hostile calendars have.
+void Component::removeLines(std::string_view names, std::size_t from) {
+  const std::string name(names);  // it may be part of what is removed
+  std::vector<std::size_t> newIndex;
+  newIndex.reserve(lines_.size() + 1);
+  std::size_t kept = 0;
+  for (std::size_t at = 0; at < lines_.size(); ++at) {
+    newIndex.push_back(kept);
+    if (at >= from && lines_[at].is(name)) continue;
+    if (kept != at) lines_[kept] = std::move(lines_[at]);
+    ++kept;
+  }
+  newIndex.push_back(kept);
+  if (kept == lines_.size()) return;
+  lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(kept), lines_.end());
+  for (Component& inner : components_)
+    inner.linesBefore_ = newIndex[std::min(inner.linesBefore_, newIndex.size() - 1)];
 }
 
 void Component::removeLine(std::size_t index) {
@@ -207,9 +222,9 @@ std::string_view Component::lineBreak() const {
 
 Line Component::withOwnLineBreak(Line line) const {
   const bool isNew = line.number_ == 0;
-  return isNew && lineBreakOf(line.raw_) != lineBreak()
-             ? Line::fromContent(std::string(line.content_), lineBreak())
-             : line;
+  if (isNew && lineBreakOf(line.raw_) != lineBreak())
+    return Line::fromContent(std::string(line.content_), lineBreak());
+  return line;
 }
 
 void Component::appendTo(std::string& out, bool mayLackEnd) const {

@@ -97,6 +97,7 @@ class Component {
   std::string_view lineBreak() const;
   Line withOwnLineBreak(Line line) const;
   void insertLine(std::size_t index, Line line);
+  void removeLines(std::string_view names, std::size_t from);
   void appendTo(std::string& out, bool mayLackEnd) const;
 
   std::shared_ptr<const SourceText> text_;
