@@ -154,11 +154,11 @@ std::optional<Placement> placementOf(const Component& event, Zones& zones) {
 // Reads a series' components into the terms of the series: everything in its own zone.
 class SeriesReader {
  public:
-  SeriesReader(const ZonedTime& start, Zones& zones, std::string& why) : zones_(zones), why_(why) {
+  SeriesReader(const ZonedTime& start, Zones& zones, std::string& why)
+      : zones_(zones), why_(why), start_(start) {
     series_.start = start.wall;
     series_.isAllDay = start.isDate;
     series_.zone = start.zone.zone;
-    zoneKey_ = start.zone.key;
   }
 
   void readMaster(const Component& master, const Placement& placement) {
@@ -193,6 +193,11 @@ class SeriesReader {
                                  .title = titleOf(component)});
   }
 
+  // For overrides without their series: nothing else is to be at its start.
+  void beginAtFirstOverride() {
+    series_.start = std::ranges::min_element(series_.overrides, {}, &Override::recurrenceId)->recurrenceId;
+  }
+
   bool repeats() const { return !series_.rules.empty() || !series_.extraDates.empty(); }
 
   SeriesEvent take() {
@@ -203,21 +208,11 @@ class SeriesReader {
     std::ranges::stable_sort(series_.overrides, {}, &Override::recurrenceId);
     keepLastOfEach(series_.overrides, &Override::recurrenceId);
     recurrence::prepare(series_);
-    return {std::move(series_), std::move(zoneKey_)};
+    return {std::move(series_), std::move(start_.zone.key)};
   }
 
  private:
-  // An occurrence's original place. A date in a series with times means the occurrence of that day.
-  WallTime inSeries(const ZonedTime& time) const {
-    if (series_.isAllDay) return dayOf(time);
-    if (time.isDate) return time.wall + (series_.start - floor<days>(series_.start));
-    if (!time.zone.zone || !series_.zone || time.zone.zone == series_.zone) return time.wall;
-    return series_.zone->wallTimeOf(time.zone.zone->instantOf(time.wall));
-  }
-
-  static WallTime dayOf(const ZonedTime& time) {
-    return time.zone.zone == utc().zone ? dayMeantBy(time.wall) : WallTime(floor<days>(time.wall));
-  }
+  WallTime inSeries(const ZonedTime& time) const { return placeInSeries(time, start_); }
 
   void readRule(const Line& line, std::vector<recurrence::Rule>& rules) {
     std::string reason;
@@ -228,9 +223,11 @@ class SeriesReader {
     }
     if (rule->until && series_.isAllDay && !rule->until->isDate) {
       const WallTime until = rule->until->wall;
-      const bool endsADay = rule->until->isUtc && until.time_since_epoch() % std::chrono::minutes(1) == seconds(59);
-      rule->until = {
-          .wall = endsADay ? dayMeantBy(until) : WallTime(floor<days>(until)), .isDate = true, .isUtc = false};
+      const bool endsADay =
+          rule->until->isUtc && until.time_since_epoch() % std::chrono::minutes(1) == seconds(59);
+      rule->until = {.wall = endsADay ? dayMeantBy(until) : WallTime(floor<days>(until)),
+                     .isDate = true,
+                     .isUtc = false};
     }
     rules.push_back(*std::move(rule));
   }
@@ -277,8 +274,8 @@ class SeriesReader {
 
   Zones& zones_;
   std::string& why_;
+  ZonedTime start_;
   Series series_;
-  std::string zoneKey_;
 };
 
 bool mayRepeat(const Component& master) { return master.find("RRULE") || master.find("RDATE"); }
@@ -316,21 +313,23 @@ std::optional<Entry> indexWithMaster(const Component& master, const std::vector<
 // Occurrences of a series that is not here: an invitation to some of them, say.
 std::optional<Entry> indexOverridesAlone(const std::vector<const Component*>& overrides, Zones& zones,
                                          std::string& why) {
-  std::vector<std::pair<const Component*, ZonedTime>> places;
+  std::optional<SeriesReader> reader;
+  bool hasAny = false;
   for (const Component* component : overrides) {
     std::optional<ZonedTime> original = readProperty(*component, "RECURRENCE-ID", zones);
     if (!original) original = readProperty(*component, "DTSTART", zones);
-    if (original && !isCancelled(*component)) places.emplace_back(component, *std::move(original));
+    if (!original) continue;
+    if (!reader) reader.emplace(*original, zones, why);
+    if (isCancelled(*component)) continue;
+    reader->readOverride(*component, *original);
+    hasAny = true;
   }
-  if (places.empty()) {
+  if (!hasAny) {
     why = "only occurrences that are cancelled or have no date, and not the series itself";
     return std::nullopt;
   }
-  const auto first =
-      std::ranges::min_element(places, {}, [](const auto& place) { return momentOf(place.second).seconds; });
-  SeriesReader reader(first->second, zones, why);
-  for (const auto& [component, original] : places) reader.readOverride(*component, original);
-  return reader.take();
+  reader->beginAtFirstOverride();
+  return reader->take();
 }
 
 // Of COMPLETED, CREATED and the like, which are in UTC, written or not.
@@ -393,6 +392,15 @@ std::optional<ItemIndex> indexItem(const std::vector<ical::Component>& component
 std::optional<ZonedTime> readTime(const ical::Line& line, const ZoneFinder& zoneFinder) {
   Zones zones(zoneFinder);
   return readTimeOf(line, line.value(), zones);
+}
+
+WallTime placeInSeries(const ZonedTime& time, const ZonedTime& start) {
+  if (start.isDate)
+    return time.zone.zone == utc().zone ? dayMeantBy(time.wall) : WallTime(floor<days>(time.wall));
+  if (time.isDate) return time.wall + (start.wall - floor<days>(start.wall));
+  const auto &zone = time.zone.zone, &seriesZone = start.zone.zone;
+  if (!zone || !seriesZone || zone == seriesZone) return time.wall;
+  return seriesZone->wallTimeOf(zone->instantOf(time.wall));
 }
 
 Moment momentOf(const ZonedTime& time) {

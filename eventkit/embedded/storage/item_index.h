@@ -51,9 +51,10 @@ struct ItemIndex {
 };
 
 // `components`: the VEVENTs or VTODOs of one UID, the master and its overrides in any order (overrides alone
-// are allowed: then each is an occurrence of its own and there is no rule). Nothing, with the reason, when
-// they cannot be placed in time at all (no readable DTSTART in an event, say).
-// A broken RRULE of an otherwise readable event makes it occur once; the reason is given beside the index.
+// are allowed: then each is an occurrence of its own, there is no rule, and the first one's RECURRENCE-ID
+// tells the zone of the series). Nothing, with the reason, when they cannot be placed in time at all (no
+// readable DTSTART in an event, say). A broken RRULE of an otherwise readable event makes it occur once; the
+// reason is given beside the index.
 std::optional<ItemIndex> indexItem(const std::vector<ical::Component>& components, const ZoneFinder& zones,
                                    std::string& why);
 
@@ -65,6 +66,9 @@ struct ZonedTime {
 };
 std::optional<ZonedTime> readTime(const ical::Line& line, const ZoneFinder& zones);
 Moment momentOf(const ZonedTime& time);
+// Where a RECURRENCE-ID, an EXDATE or an RDATE lies in a series with that start: wall-clock time of the
+// series' zone, 00:00 in a series of days. A date in a series with times means the occurrence of that day.
+foundation::WallTime placeInSeries(const ZonedTime& time, const ZonedTime& start);
 Date instantOf(const Moment& moment, const foundation::TimeZone& defaultZone);
 
 }  // namespace ek::embedded

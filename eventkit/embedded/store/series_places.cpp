@@ -5,11 +5,6 @@
 
 namespace ek::embedded {
 
-namespace {
-using std::chrono::days;
-using std::chrono::floor;
-}  // namespace
-
 std::size_t masterOf(const std::vector<ical::Component>& components) {
   const auto master = std::ranges::find_if(components, [](const ical::Component& component) {
     return component.find("RECURRENCE-ID") == nullptr;
@@ -28,12 +23,7 @@ SeriesPlaces::SeriesPlaces(const std::vector<ical::Component>& components, ZoneF
 std::optional<WallTime> SeriesPlaces::of(const ical::Line& line) const {
   const std::optional<ZonedTime> time = readTime(line, zones_);
   if (!time || !start_) return std::nullopt;
-  if (start_->isDate) return WallTime(floor<days>(time->wall));
-  // A date in a series with times means the occurrence of that day.
-  if (time->isDate) return time->wall + (start_->wall - floor<days>(start_->wall));
-  const auto& zone = start_->zone.zone;
-  if (!time->zone.zone || !zone || time->zone.zone == zone) return time->wall;
-  return zone->wallTimeOf(time->zone.zone->instantOf(time->wall));
+  return placeInSeries(*time, *start_);
 }
 
 std::optional<WallTime> SeriesPlaces::of(const ical::Component& component) const {
