@@ -66,19 +66,21 @@ class Call {
 
 // For the functions that report state and ask no backend: without the clearing and the marking.
 template <class Body>
-fmx::errcode runInSession(const fmx::ExprEnv& environment, Body body) {
-  atHostBoundary([&] {
+fmx::errcode runInSession(const fmx::ExprEnv& environment, fmx::Data& result, Body body) {
+  const auto mark = [&result] { assignErrorMarker(result); };
+  const auto inSession = [&] {
     const foundation::AutoreleasePool pool;
     const SessionScope session(environment.SessionID());
-    body();
-  });
+    atHostBoundary(body, mark);  // here the session is current, whose error it is
+  };
+  atHostBoundary(inSession, mark);
   return 0;
 }
 
 template <class Body>
 fmx::errcode runCall(const fmx::ExprEnv& environment, const fmx::DataVect& arguments, fmx::Data& result,
                      Body body) {
-  return runInSession(environment, [&] {
+  return runInSession(environment, result, [&] {
     Call::begin();
     Call call(arguments, result);
     body(call);

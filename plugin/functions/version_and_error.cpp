@@ -33,7 +33,7 @@ std::string lastErrorText() {
 // Without an argument the short version; with one the long version, unless it asks for the short one.
 fmx::errcode Zuno_Version(short /*functionId*/, const fmx::ExprEnv& environment,
                           const fmx::DataVect& arguments, fmx::Data& result) {
-  return runInSession(environment, [&] {
+  return runInSession(environment, result, [&] {
     ClearError();
     const fmx::TextUniquePtr version;
     if (arguments.Size() == 0) {
@@ -50,7 +50,7 @@ fmx::errcode Zuno_Version(short /*functionId*/, const fmx::ExprEnv& environment,
 // Reports the error of the call before and leaves it. Any word but "text" asks for its number.
 fmx::errcode Zuno_GetLastError(short /*functionId*/, const fmx::ExprEnv& environment,
                                const fmx::DataVect& arguments, fmx::Data& result) {
-  return runInSession(environment, [&] {
+  return runInSession(environment, result, [&] {
     const std::optional<std::string> form = Arguments(arguments).text(0);
     if (form && !(Keyword(form) == "text"))
       return assignNumber(static_cast<std::int32_t>(g_llasterror), result);

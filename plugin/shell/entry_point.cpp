@@ -46,6 +46,19 @@ void answerString() {
                reinterpret_cast<FMX_Unichar*>(message.result));
 }
 
+void answerMessage() {
+  switch (gFMX_ExternCallPtr->whichCall) {
+    case kFMXT_Init:
+      return initialise();
+    case kFMXT_Shutdown:
+      return UnregisterFunctions();
+    case kFMXT_GetString:
+      return answerString();
+    default:
+      return;
+  }
+}
+
 }  // namespace
 
 void Do_PluginInit() {
@@ -65,16 +78,5 @@ bool UseEKImplementation() {
 
 extern "C" __attribute__((visibility("default"))) void FMExternCallProc(FMX_ExternCallPtr record) {
   gFMX_ExternCallPtr = record;
-  zuno::atHostBoundary([] {
-    switch (gFMX_ExternCallPtr->whichCall) {
-      case kFMXT_Init:
-        return zuno::initialise();
-      case kFMXT_Shutdown:
-        return zuno::UnregisterFunctions();
-      case kFMXT_GetString:
-        return zuno::answerString();
-      default:
-        return;
-    }
-  });
+  zuno::atHostBoundary(zuno::answerMessage, [] {});
 }

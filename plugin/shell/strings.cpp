@@ -13,7 +13,9 @@ namespace {
 
 constexpr FMX_Strings kOptionsKey = 1;
 
+// The help address is loaded twice in a row; the second time changes nothing.
 void loadForHost(FMX_Strings stringID, FMX_Unichar* buffer, std::int64_t capacity) {
+  if (stringID == kFMXT_HelpURLStr) Sub_OSXLoadString(stringID, buffer, capacity);
   Sub_OSXLoadString(stringID == kFMXT_OptionsStr ? kOptionsKey : stringID, buffer, capacity);
 }
 

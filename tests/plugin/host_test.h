@@ -45,14 +45,15 @@ inline const Answer kUntouched{fmhost::ValueType::untouched, ""};
 inline const Answer kSuccess = numberAnswer(0);
 inline const Answer kFailure = textAnswer("!!ERROR!!");
 
-class HostTest : public BackendTest {
+// The plug-in as it is between its start and its end.
+class RunningPlugin {
  protected:
-  explicit HostTest(int extensionVersion = 65) {
-    host_.open({{'Z', 'u', 'n', 'o'}}, extensionVersion);
-    record_.extnVersion = static_cast<FMX_Int16>(extensionVersion);
+  RunningPlugin() {
+    host_.open({{'Z', 'u', 'n', 'o'}}, kVersion);
+    record_.extnVersion = kVersion;
     send(kFMXT_Init);
   }
-  ~HostTest() override {
+  ~RunningPlugin() {
     send(kFMXT_Shutdown);
     host_.close();
     EXPECT_EQ(host_.describeLiveObjects(), "");
@@ -91,8 +92,11 @@ class HostTest : public BackendTest {
     return call("GetProperty", {text(type), text(property)});
   }
 
+  static constexpr int kVersion = 65;
   fmhost::StandIn& host_ = *FM_StandIn_Shared();
   FMX_ExternCallStruct record_{};
 };
+
+class HostTest : public BackendTest, protected RunningPlugin {};
 
 }  // namespace zuno::test
