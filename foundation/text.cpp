@@ -103,18 +103,25 @@ std::string utf8FromUtf16(std::u16string_view text) {
 }
 
 std::u16string utf16FromUtf8(std::string_view text) {
-  std::u16string out;
-  out.reserve(text.size());
-  while (!text.empty()) {
-    const auto [character, length] = decodeUtf8(text);
-    text.remove_prefix(length);
+  // No character has more units than bytes.
+  std::u16string out(text.size(), u'\0');
+  char16_t* end = out.data();
+  for (std::size_t i = 0; i < text.size();) {
+    if (const auto byte = static_cast<unsigned char>(text[i]); byte < 0x80) {
+      *end++ = byte;
+      ++i;
+      continue;
+    }
+    const auto [character, length] = decodeUtf8(text.substr(i));
+    i += length;
     if (character < 0x10000) {
-      out += static_cast<char16_t>(character);
+      *end++ = static_cast<char16_t>(character);
     } else {
-      out += static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10));
-      out += static_cast<char16_t>(0xDC00 + (character & 0x3FF));
+      *end++ = static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10));
+      *end++ = static_cast<char16_t>(0xDC00 + (character & 0x3FF));
     }
   }
+  out.resize(static_cast<std::size_t>(end - out.data()));
   return out;
 }
 
