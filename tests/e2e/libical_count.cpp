@@ -1,9 +1,8 @@
 // How many events and to-dos libical reads from a file, and how many faults it finds.
-#include <libical/ical.h>
-
 #include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <libical/ical.h>
 #include <memory>
 #include <string>
 
@@ -20,8 +19,8 @@ void count(icalcomponent* component, Counts& counts) {
   counts.events += kind == ICAL_VEVENT_COMPONENT ? 1 : 0;
   counts.todos += kind == ICAL_VTODO_COMPONENT ? 1 : 0;
   counts.faults += icalcomponent_count_properties(component, ICAL_XLICERROR_PROPERTY);
-  for (icalcomponent* inner = icalcomponent_get_first_component(component, ICAL_ANY_COMPONENT); inner != nullptr;
-       inner = icalcomponent_get_next_component(component, ICAL_ANY_COMPONENT))
+  for (icalcomponent* inner = icalcomponent_get_first_component(component, ICAL_ANY_COMPONENT);
+       inner != nullptr; inner = icalcomponent_get_next_component(component, ICAL_ANY_COMPONENT))
     count(inner, counts);
 }
 

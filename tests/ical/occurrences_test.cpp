@@ -1,5 +1,5 @@
-// Calendars as programs wrote them, from their text to their occurrences. Their number and the first one are what
-// three other programs agree on.
+// Calendars as programs wrote them, from their text to their occurrences. Their number and the first one are
+// what three other programs agree on.
 #include <algorithm>
 #include <fstream>
 #include <gmock/gmock.h>

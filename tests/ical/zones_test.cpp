@@ -74,9 +74,10 @@ TEST(ZoneNames, MayBeFixedOffsets) {
 }
 
 TEST(ZoneNames, MayMeanNothing) {
-  for (const std::string_view tzid : {"", " ", "\"\"", "Nowhere/City", "/a/b/c", "GMT+", "GMT+10000", "UTC+19",
-                                      "GMT+1:70", "Customized Time Zone", "(UTC+01:00) Amsterdam, Berlin",
-                                      "../../etc/passwd", "/", "GMT +0100 (Standard) / GMT +0200 (Daylight)"})
+  for (const std::string_view tzid :
+       {"", " ", "\"\"", "Nowhere/City", "/a/b/c", "GMT+", "GMT+10000", "UTC+19", "GMT+1:70",
+        "Customized Time Zone", "(UTC+01:00) Amsterdam, Berlin", "../../etc/passwd", "/",
+        "GMT +0100 (Standard) / GMT +0200 (Daylight)"})
     EXPECT_FALSE(zoneNamed(tzid)) << tzid;
 }
 
