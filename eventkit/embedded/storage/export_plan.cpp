@@ -272,6 +272,7 @@ std::vector<ExportVolume> planExport(Database& database, const std::string& titl
   addZonesOfEditedItems(database, drafts, calendars);
   placeItemsMadeHere(database, drafts, calendars, title);
   std::vector<ExportVolume> volumes;
+  volumes.reserve(drafts.size());
   for (Draft& draft : drafts) volumes.push_back(std::move(draft.volume));
   return volumes;
 }

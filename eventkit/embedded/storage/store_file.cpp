@@ -47,13 +47,16 @@ void createFile(const std::string& path) {
     refuse(path, "cannot be created: " + systemReason(errno));
 }
 
+struct FreeFilename {
+  void operator()(char* name) const noexcept { sqlite3_free_filename(name); }
+};
+
 // Closing a plain descriptor would drop every lock that this process holds on the file, also those of
 // another connection; SQLite's own file layer knows about them.
 Header readHeader(const std::string& path) {
   sqlite3_vfs* vfs = sqlite3_vfs_find(nullptr);
-  const std::unique_ptr<char, void (*)(sqlite3_filename)> name(
-      const_cast<char*>(sqlite3_create_filename(path.c_str(), "", "", 0, nullptr)),
-      [](sqlite3_filename text) { sqlite3_free_filename(const_cast<char*>(text)); });
+  const std::unique_ptr<char, FreeFilename> name(
+      const_cast<char*>(sqlite3_create_filename(path.c_str(), "", "", 0, nullptr)));
   const auto memory = std::make_unique<std::max_align_t[]>(
       static_cast<std::size_t>(vfs->szOsFile) / sizeof(std::max_align_t) + 1);
   auto* file = reinterpret_cast<sqlite3_file*>(memory.get());
@@ -131,7 +134,8 @@ FileIdentity identityOf(const std::string& path, bool withContents) {
   FileIdentity identity{.device = status.st_dev, .inode = status.st_ino};
   if (withContents) {
     identity.size = status.st_size;
-    identity.modified = status.st_mtim.tv_sec * 1'000'000'000 + status.st_mtim.tv_nsec;
+    std::error_code ignored;
+    identity.modified = std::filesystem::last_write_time(path, ignored).time_since_epoch().count();
   }
   return identity;
 }
