@@ -9,7 +9,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
-using zuno_test::days;
+using zuno_test::Date;
 using zuno_test::hours;
 using zuno_test::minutes;
 
@@ -204,7 +204,11 @@ TEST_F(Texts, SomebodyElsesEventStaysAsItIs) {
   EXPECT_FALSE(store_->saveEvent(event, Span::thisEvent, error));
   ASSERT_TRUE(error);
   EXPECT_EQ(error->code, ek::ErrorCode::eventNotMutable);
+  const Date now = foundation::now();
+  ASSERT_TRUE(event->creationDate() && event->lastModifiedDate()) << "the time of the import";
+  EXPECT_LE(now - *event->lastModifiedDate(), minutes(1));
   remove(event, Span::thisEvent);
+  EXPECT_EQ(event->title(), std::nullopt);
 }
 
 TEST_F(Texts, BothSidesChangedAlarmsOfOneEvent) {

@@ -19,7 +19,7 @@ std::optional<std::vector<RowId>> itemsChangedSince(Database& database, std::int
     if (changed.size() > kMany) return std::nullopt;
   }
   std::ranges::sort(changed);
-  changed.erase(std::ranges::unique(changed).begin(), changed.end());
+  changed.erase(std::unique(changed.begin(), changed.end()), changed.end());
   return changed;
 }
 

@@ -115,7 +115,7 @@ std::vector<std::string> EmbeddedStore::identifiersOf(const Calendars& calendars
     identifiers.push_back(calendar->calendarIdentifier());
   }
   std::ranges::sort(identifiers);
-  identifiers.erase(std::ranges::unique(identifiers).begin(), identifiers.end());
+  identifiers.erase(std::unique(identifiers.begin(), identifiers.end()), identifiers.end());
   return identifiers;
 }
 

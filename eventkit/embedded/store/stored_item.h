@@ -43,8 +43,8 @@ class StoredItem : public Interface, public ItemState {
     setText(ItemState::url, std::move(url));
   }
 
-  std::optional<Date> lastModifiedDate() const override { return fields().lastModified; }
-  std::optional<Date> creationDate() const override { return fields().created; }
+  std::optional<Date> lastModifiedDate() const override { return dateOr(fields().lastModified); }
+  std::optional<Date> creationDate() const override { return dateOr(fields().created); }
 
   std::vector<std::shared_ptr<Alarm>> alarms() const override {
     return {alarmList().begin(), alarmList().end()};
@@ -72,6 +72,12 @@ class StoredItem : public Interface, public ItemState {
     setRules(std::move(all));
   }
   void setRecurrenceRules(std::vector<RecurrenceRule> rules) override { setRules(std::move(rules)); }
+
+ private:
+  // An imported item that does not say has the time of its import.
+  std::optional<Date> dateOr(const std::optional<Date>& written) const {
+    return written || isNew() ? written : document()->row().stored;
+  }
 };
 
 }  // namespace ek::embedded
