@@ -104,6 +104,8 @@ TEST_F(Values, AttendeesAndTheirAddressesAreRead) {
   EXPECT_EQ(book->addressOf(attendees[1]), "Bern");
   EXPECT_EQ(book->addressOf(attendees[2]), std::nullopt);
   EXPECT_EQ(book->addressOf(Participant{}), std::nullopt);
+  stand_in::raiseNext("The book cannot be read.");
+  EXPECT_EQ(book->addressOf(attendees[1]), std::nullopt) << "no address, rather than no attendee";
 }
 
 TEST_F(Values, ARuleThatEventKitCannotMakeIsNone) {

@@ -255,6 +255,8 @@ NSArray* keptIf(bool applies, NSArray* values) { return applies ? [values copy] 
 }
 - (ABPerson*)ABPersonInAddressBook:(ABAddressBook*)book {
   if (book == nil) misuse(@"an address book is required");
+  NSError* unused = nil;
+  stand_in::failsNow(&unused);
   return person_;
 }
 - (void)dealloc {
