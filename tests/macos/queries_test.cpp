@@ -1,5 +1,6 @@
 // How often EventKit is asked: long ranges in slices, and once for the steps of a loop.
 #include <future>
+#include <thread>
 
 #include "tests/macos/bridge_fixture.h"
 
@@ -61,6 +62,44 @@ TEST_F(Queries, AnyChangeMakesTheStoreAskAgain) {
   EXPECT_TRUE(other->removeEvent(other->eventWithIdentifier(event->eventIdentifier().value()),
                                  Span::thisEvent, error));
   EXPECT_EQ(store_->eventsMatchingPredicate(predicate)->size(), 1U);
+}
+
+TEST_F(Queries, OwnChangesAreSeenBeforeEventKitTellsOfThem) {
+  stand_in::setTellsOfChanges(false);
+  const auto predicate = eventsBetween(utc(2024, 1, 1), utc(2025, 1, 1));
+  EXPECT_EQ(store_->eventsMatchingPredicate(predicate)->size(), 0U);
+  const auto event = addEvent("Review", utc(2024, 5, 1, 9));
+  EXPECT_EQ(store_->eventsMatchingPredicate(predicate)->size(), 1U);
+  std::optional<Error> error;
+  EXPECT_TRUE(store_->removeEvent(event, Span::thisEvent, error));
+  EXPECT_EQ(store_->eventsMatchingPredicate(predicate)->size(), 0U);
+
+  // Nobody tells of this one: the answer is too old in the end.
+  const auto other = open();
+  const auto theirs = other->newEvent();
+  theirs->setCalendar(other->defaultCalendarForNewEvents());
+  theirs->setStartDate(utc(2024, 5, 1, 9));
+  theirs->setEndDate(utc(2024, 5, 1, 10));
+  EXPECT_TRUE(other->saveEvent(theirs, Span::thisEvent, error));
+  std::this_thread::sleep_for(std::chrono::milliseconds(1100));
+  EXPECT_EQ(store_->eventsMatchingPredicate(predicate)->size(), 1U);
+  stand_in::setTellsOfChanges(true);
+}
+
+TEST_F(Queries, WhatHasGoneSinceTheAnswerIsNull) {
+  const auto milk = addReminder("Milk");
+  addReminder("Bread");
+  const auto event = addEvent("Review", utc(2024, 5, 1, 9));
+  addEvent("Lunch", utc(2024, 5, 1, 12));
+  const auto events = store_->eventsMatchingPredicate(eventsBetween(utc(2024, 1, 1), utc(2025, 1, 1)));
+  const auto reminders = fetch(store_->predicateForReminders({store_->defaultCalendarForNewReminders()}));
+  std::optional<Error> error;
+  EXPECT_TRUE(store_->removeEvent(event, Span::thisEvent, error));
+  EXPECT_TRUE(store_->removeReminder(milk, error));
+  EXPECT_EQ(events->at(0), nullptr);
+  EXPECT_EQ(events->at(1)->title(), "Lunch");
+  EXPECT_EQ(reminders->at(0), nullptr);
+  EXPECT_EQ(reminders->at(1)->title(), "Bread");
 }
 
 TEST_F(Queries, WalkingRemindersAsksOnceToo) {

@@ -54,6 +54,7 @@ Access access = Access::granted;
 NSMutableArray* requests = nil;
 NSError* nextError = nil;
 NSString* nextReason = nil;
+bool tells = true;
 
 NSString* text(const std::string& utf8) { return [NSString stringWithUTF8String:utf8.c_str()]; }
 
@@ -127,6 +128,9 @@ BOOL failsNow(NSError** error) {
   *error = [std::exchange(nextError, nil) autorelease];
   return YES;
 }
+
+bool tellsOfChanges() { return tells; }
+void setTellsOfChanges(bool now) { tells = now; }
 
 void countQuery() { ++queries; }
 int takeQueryCount() { return queries.exchange(0); }

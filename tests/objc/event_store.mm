@@ -159,9 +159,11 @@ void changeAll(ItemRecord* record, NSDictionary* changes, NSDate* occurrence) {
   return YES;
 }
 
+// Another object each time: whether setting it is a change is the store's to say, and this one says yes.
 - (EKSource*)sourceWithIdentifier:(NSString*)identifier {
   for (EKSource* source in [self database]->sources)
-    if ([[source sourceIdentifier] isEqualToString:identifier]) return source;
+    if ([[source sourceIdentifier] isEqualToString:identifier])
+      return [[[EKSource alloc] initWithIdentifier:identifier title:[source title]] autorelease];
   return nil;
 }
 - (EKCalendar*)calendarOf:(CalendarRecord*)record {

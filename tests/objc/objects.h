@@ -90,6 +90,7 @@ bool mayRead();
 // YES when the next call was told to fail; raises when it was told to raise.
 BOOL failsNow(NSError** error);
 BOOL refuse(NSError** error, NSInteger code);
+bool tellsOfChanges();
 void countQuery();
 void keepRequest(void (^answer)(BOOL, NSError*));
 bool isUndecided();

@@ -139,6 +139,7 @@ using stand_in::plus;
   return nil;
 }
 - (void)noteChange {
+  if (!stand_in::tellsOfChanges()) return;
   for (NSValue* store in stores)
     [[NSNotificationCenter defaultCenter] postNotificationName:EKEventStoreChangedNotification
                                                         object:[store nonretainedObjectValue]];

@@ -31,6 +31,9 @@ void answerRequests(bool isGranted);
 void failNext(const std::string& domain, int code, const std::string& text);
 void raiseNext(const std::string& reason);
 
+// Whether stores tell of changes at once, as to begin with, or not at all: a busy process hears of them late.
+void setTellsOfChanges(bool tells);
+
 // Queries for events and for reminders that were run since the last call.
 int takeQueryCount();
 
