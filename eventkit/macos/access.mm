@@ -12,13 +12,11 @@ bool isUndecided(EKEntityType type) {
 
 }  // namespace
 
-void requestAccess(EKEventStore* store, unsigned entityMask,
-                   const std::shared_ptr<std::atomic<bool>>& granted) {
+void requestAccess(EKEventStore* store, unsigned entityMask, std::shared_ptr<std::atomic<bool>> granted) {
   // Before macOS 14 a store that is made with an entity mask asks by itself.
   if (@available(macOS 14.0, *)) {
-    const auto shared = granted;
     const auto answer = ^(BOOL isGranted, NSError*) {
-      if (isGranted) shared->store(true);
+      if (isGranted) granted->store(true);
     };
     if ((entityMask & kEntityMaskEvent) != 0 && isUndecided(EKEntityTypeEvent))
       [store requestFullAccessToEventsWithCompletion:answer];

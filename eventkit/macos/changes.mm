@@ -6,9 +6,8 @@ namespace ek::macos {
 
 namespace {
 
-// A function of its own: a block within a lambda would take the lambda's references along, not the values.
-Ref<NSObject> observe(EKEventStore* store, const std::shared_ptr<std::atomic<unsigned>>& counter) {
-  const auto count = counter;
+// By value and not within a lambda: a block takes references along as they are.
+Ref<NSObject> observe(EKEventStore* store, std::shared_ptr<std::atomic<unsigned>> count) {
   return Ref<NSObject>(static_cast<NSObject*>([[NSNotificationCenter defaultCenter]
       addObserverForName:EKEventStoreChangedNotification
                   object:store

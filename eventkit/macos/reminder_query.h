@@ -11,7 +11,7 @@
 namespace ek::macos {
 
 // In EventKit's own order, by creation date. To be called within guarded().
-void fetchReminders(const Ref<EKEventStore>& store, NSPredicate* predicate, const Changes& changes,
-                    const EventStore::ReminderCompletion& completion);
+void fetchReminders(Ref<EKEventStore> store, NSPredicate* predicate, const Changes& changes,
+                    EventStore::ReminderCompletion completion);
 
 }  // namespace ek::macos

@@ -42,18 +42,16 @@ class ReminderAnswer final : public ReminderList {
 
 }  // namespace
 
-void fetchReminders(const Ref<EKEventStore>& store, NSPredicate* predicate, const Changes& changes,
-                    const EventStore::ReminderCompletion& completion) {
-  // The block's own copies: it may run long after the caller has gone.
-  const Ref<EKEventStore> owner = store;
+// By value: the block takes copies along, and may run long after the caller has gone.
+void fetchReminders(Ref<EKEventStore> store, NSPredicate* predicate, const Changes& changes,
+                    EventStore::ReminderCompletion completion) {
   const Changes::Moment asked = changes.now();
-  const EventStore::ReminderCompletion deliver = completion;
   [store.get()
       fetchRemindersMatchingPredicate:predicate
                            completion:^(NSArray* found) {
-                             deliver(found != nil ? std::make_shared<const ReminderAnswer>(
-                                                        owner, asked, Ref<NSArray>::adopt([found copy]))
-                                                  : nullptr);
+                             completion(found != nil ? std::make_shared<const ReminderAnswer>(
+                                                           store, asked, Ref<NSArray>::adopt([found copy]))
+                                                     : nullptr);
                            }];
 }
 
