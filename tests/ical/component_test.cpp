@@ -155,6 +155,25 @@ TEST(EditingComponents, FoldsWithTheLineBreakOfTheComponent) {
   }
 }
 
+TEST(EditingComponents, KeepsInnerComponentsInPlaceWhenManyPropertiesGo) {
+  std::string text = "BEGIN:VEVENT\nX:0\n";
+  for (int i = 0; i < 50'000; ++i) text += "X:1\n";
+  Component event = only(text + "UID:1\nBEGIN:VALARM\nEND:VALARM\nX:2\nY:3\nEND:VEVENT\n");
+  event.set(Line::make("X", "4"));
+  EXPECT_EQ(event.text(), "BEGIN:VEVENT\nX:4\nUID:1\nBEGIN:VALARM\nEND:VALARM\nY:3\nEND:VEVENT\n");
+  event.remove(event.lines()[0].name());
+  EXPECT_EQ(event.text(), "BEGIN:VEVENT\nUID:1\nBEGIN:VALARM\nEND:VALARM\nY:3\nEND:VEVENT\n");
+}
+
+TEST(EditingComponents, StaysReadableWhereLineBreaksAreMixed) {
+  Component event = only("BEGIN:VEVENT\rUID:1\r\n\nBEGIN:VALARM\nEND:VALARM\r\nEND:VEVENT\r\n");
+  event.add(Line::make("SUMMARY", std::string(100, 'x')));
+  const Component again = only(event.text());
+  EXPECT_EQ(again.value("UID"), "1");
+  EXPECT_EQ(again.value("SUMMARY"), std::string(100, 'x'));
+  EXPECT_EQ(again.components().size(), 1U);
+}
+
 TEST(EditingComponents, ClosesAnInnerComponentBeforeAnotherOneFollows) {
   Component event = only("BEGIN:VEVENT\nBEGIN:VALARM\nTRIGGER:P0D\nEND:VEVENT\n");
   event.add(Component("VALARM"));
