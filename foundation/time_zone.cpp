@@ -170,7 +170,7 @@ std::string TimeZone::letters(Date date) const { return *segmentOf(date).letters
 std::string TimeZone::abbreviation(Date date) const {
   const Segment segment = segmentOf(date);
   for (const auto& clock : kNamedClocks)
-    if (clock.hours * 3600 == segment.offset && clock.letters == *segment.letters)
+    if (std::int64_t{clock.hours} * 3600 == segment.offset && clock.letters == *segment.letters)
       return std::string(clock.letters);
   std::string text = "GMT";
   if (segment.offset == 0) return text;

@@ -1,5 +1,6 @@
 // Where zones come from: the system's zone files, and what TZ asks for.
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -16,20 +17,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kLargestFile = 1 << 20;
+constexpr std::uintmax_t kLargestFile = 1 << 20;
 constexpr const char* kSystemZone = "/etc/localtime";
 constexpr const char* kSystemZoneName = "/etc/timezone";
 constexpr std::string_view kUsualFolders[] = {"/usr/share/zoneinfo", "/usr/lib/zoneinfo",
                                               "/usr/share/lib/zoneinfo", "/var/db/timezone/zoneinfo"};
 
 std::optional<std::string> readFile(const fs::path& path) {
-  std::error_code ignored;
-  if (!fs::is_regular_file(path, ignored)) return std::nullopt;
+  std::error_code failed;
+  const std::uintmax_t size = fs::is_regular_file(path, failed) ? fs::file_size(path, failed) : 0;
+  if (failed || size == 0 || size > kLargestFile) return std::nullopt;
   std::ifstream file(path, std::ios::binary);
-  std::string bytes(kLargestFile + 1, '\0');
-  file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  bytes.resize(static_cast<std::size_t>(file.gcount()));
-  if (file.bad() || bytes.size() > kLargestFile) return std::nullopt;
+  std::string bytes(static_cast<std::size_t>(size), '\0');
+  if (!file.read(bytes.data(), static_cast<std::streamsize>(size))) return std::nullopt;
   return bytes;
 }
 
@@ -95,6 +95,7 @@ class ZoneFiles {
     const bool namesFile = value.front() == ':';
     if (namesFile) value.remove_prefix(1);
     if (value.empty()) return TimeZone::utc();
+    if (value == kSystemZone) return ofSystem();
     if (value.front() == '/') return load(value, nameFromPath(std::string(value)));
     if (Zone zone = named(value)) return zone;
     return namesFile ? nullptr : TimeZone::fromPosixRule(value);

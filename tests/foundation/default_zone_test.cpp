@@ -35,7 +35,7 @@ TEST(DefaultZone, FollowsTheVariableAtOnce) {
   }
 }
 
-TEST(DefaultZone, UnusableVariablesCountAsNone) {
+TEST(DefaultZone, IsTheSystemsOwnWhereTheVariableNamesItOrNothingUsable) {
   ScopedVariable variable("TZ", std::nullopt);
   const std::string system = TimeZone::defaultZone()->name();
   for (const char* value :

@@ -36,18 +36,19 @@ std::int64_t dayOf(std::int64_t wall) { return floorDiv(wall, kDaySeconds); }
 
 Expansion::Expansion(const Rule& rule, WallTime start, bool dateOnly)
     : rule_(&rule),
-      days_of_(rule, std::clamp(dayOf(start.time_since_epoch().count()), kFirstDay, kLastDay)),
-      times_(rule, start.time_since_epoch().count() - dayOf(start.time_since_epoch().count()) * kDaySeconds,
-             dateOnly),
+      dayPlan_(rule, std::clamp(dayOf(start.time_since_epoch().count()), kFirstDay, kLastDay)),
+      timePlan_(rule,
+                start.time_since_epoch().count() - dayOf(start.time_since_epoch().count()) * kDaySeconds,
+                dateOnly),
       dateOnly_(dateOnly),
       from_(start.time_since_epoch().count()) {
   step_ = std::clamp<std::int64_t>(rule.interval, 1, kWidestInterval) * unitOf(rule);
   if (rule.frequency < Frequency::daily)
-    isUniform_ = !days_of_.isSelective() && !times_.isSelective() && !dateOnly;
+    isUniform_ = !dayPlan_.isSelective() && !timePlan_.isSelective() && !dateOnly;
   else
     isUniform_ = rule.frequency == Frequency::weekly
-                     ? !days_of_.restrictsMonths()
-                     : rule.frequency == Frequency::daily && !days_of_.isSelective();
+                     ? !dayPlan_.restrictsMonths()
+                     : rule.frequency == Frequency::daily && !dayPlan_.isSelective();
   isSilent_ =
       from_ < kFirstSecond || from_ > kLastSecond || (rule.frequency <= Frequency::daily && !isPickable());
   if (isSilent_) return;
@@ -59,7 +60,7 @@ Expansion::Expansion(const Rule& rule, WallTime start, bool dateOnly)
 
 // For periods of one day or less, which all hold as many times: whether BYSETPOS can mean one of them.
 bool Expansion::isPickable() const {
-  const auto most = static_cast<int>(times_.size());
+  const auto most = static_cast<int>(timePlan_.size());
   return rule_->bySetPos.empty() || std::ranges::any_of(rule_->bySetPos, [most](int position) {
            return position >= -most && position <= most;
          });
@@ -75,7 +76,7 @@ std::int64_t Expansion::periodOf(std::int64_t wall) const {
       return std::int64_t{date.year} * 12 + date.month - 1;
     }
     case Frequency::weekly:
-      return day - (weekdayOf(day) + 7 - days_of_.weekStart()) % 7;
+      return day - (weekdayOf(day) + 7 - dayPlan_.weekStart()) % 7;
     case Frequency::daily:
       return day;
     default:
@@ -138,7 +139,7 @@ bool Expansion::generateYear() {
   base_ = firstDay * kDaySeconds;
   dayCount_ = 0;
   int day = 0;
-  for (const std::uint64_t word : days_of_.daysOfYear(year, firstDay)) {
+  for (const std::uint64_t word : dayPlan_.daysOfYear(year, firstDay)) {
     setDays(word, day);
     day += 64;
   }
@@ -149,11 +150,11 @@ bool Expansion::generateMonth() {
   const auto year = static_cast<int>(period_ / 12);
   const auto month = static_cast<unsigned>(period_ % 12 + 1);
   period_ += step_;
-  if (!days_of_.namesMonth(month)) return false;
+  if (!dayPlan_.namesMonth(month)) return false;
   const std::int64_t firstDay = dayNumber(year, month, 1);
   base_ = firstDay * kDaySeconds;
   dayCount_ = 0;
-  setDays(days_of_.daysOfMonth(year, month, firstDay), 0);
+  setDays(dayPlan_.daysOfMonth(year, month, firstDay), 0);
   return pick();
 }
 
@@ -163,16 +164,16 @@ bool Expansion::generateWeek() {
   base_ = firstDay * kDaySeconds;
   if (!isUniform_ || dayCount_ == 0) {
     dayCount_ = 0;
-    setDays(days_of_.daysOfWeek(firstDay), 0);
+    setDays(dayPlan_.daysOfWeek(firstDay), 0);
   }
   return pick();
 }
 
 bool Expansion::generateDay() {
-  if (step_ == 1 && !isUniform_) period_ = days_of_.firstNamedDay(period_, lastPeriod_);
+  if (step_ == 1 && !isUniform_) period_ = dayPlan_.firstNamedDay(period_, lastPeriod_);
   const std::int64_t day = period_;
   period_ += step_;
-  if (day > lastPeriod_ || (!isUniform_ && !days_of_.namesDay(day))) return false;
+  if (day > lastPeriod_ || (!isUniform_ && !dayPlan_.namesDay(day))) return false;
   base_ = day * kDaySeconds;
   dayCount_ = 1;
   days_[0] = 0;
@@ -188,11 +189,11 @@ bool Expansion::generateWithinDay() {
   const std::int64_t day = dayOf(period_);
   const std::int64_t midnight = day * kDaySeconds;
   if (!isUniform_) {
-    if (days_of_.isSelective() && !days_of_.namesDay(day)) {
-      period_ = alignedFrom(days_of_.firstNamedDay(day + 1, dayOf(lastPeriod_)) * kDaySeconds);
+    if (dayPlan_.isSelective() && !dayPlan_.namesDay(day)) {
+      period_ = alignedFrom(dayPlan_.firstNamedDay(day + 1, dayOf(lastPeriod_)) * kDaySeconds);
       return false;
     }
-    const std::int64_t time = times_.firstNamedTime(period_ - midnight);
+    const std::int64_t time = timePlan_.firstNamedTime(period_ - midnight);
     if (time != period_ - midnight) {
       period_ = alignedFrom(midnight + time);
       return false;
@@ -213,8 +214,8 @@ bool Expansion::isReachable() const {
   const std::int64_t monday = dayNumber(1, 1, 1) * kDaySeconds;
   for (std::int64_t second = (firstPeriod_ - monday) % stride; second < week; second += stride) {
     const std::int64_t time = second % kDaySeconds;
-    if (days_of_.namesWeekday(weekdayOf((monday + second - time) / kDaySeconds)) &&
-        times_.firstNamedTime(time) == time)
+    if (dayPlan_.namesWeekday(weekdayOf((monday + second - time) / kDaySeconds)) &&
+        timePlan_.firstNamedTime(time) == time)
       return true;
   }
   return false;
@@ -227,7 +228,7 @@ void Expansion::setDays(std::uint64_t word, int firstDay) {
 
 bool Expansion::pick() {
   at_ = 0;
-  size_ = dayCount_ * times_.size();
+  size_ = dayCount_ * timePlan_.size();
   if (rule_->bySetPos.empty()) return size_ != 0;
   const auto total = static_cast<std::int64_t>(size_);
   picks_.clear();
@@ -265,7 +266,7 @@ Expansion::Passed Expansion::pass(std::int64_t most) {
     if (at_ == size_) {
       if (isUniform_ && periods > 0 && size_ != 0) {
         // Whole periods, but for the last one and what may be cut off by last_.
-        const auto each = static_cast<std::int64_t>(dayCount_ * times_.size());
+        const auto each = static_cast<std::int64_t>(dayCount_ * timePlan_.size());
         const std::int64_t named = rule_->bySetPos.empty() ? each : static_cast<std::int64_t>(picks_.size());
         const std::int64_t whole =
             std::min((most - passed.count - 1) / named, (lastPeriod_ - period_) / step_ - 1);

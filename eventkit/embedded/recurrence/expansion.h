@@ -59,13 +59,13 @@ class Expansion {
 
   std::int64_t place(std::size_t index) const {
     const std::size_t item = picks_.empty() ? index : picks_[index];
-    if (times_.size() == 1) return base_ + days_[item] * kDaySeconds + times_.first();
-    return base_ + days_[item / times_.size()] * kDaySeconds + times_.at(item % times_.size());
+    if (timePlan_.size() == 1) return base_ + days_[item] * kDaySeconds + timePlan_.first();
+    return base_ + days_[item / timePlan_.size()] * kDaySeconds + timePlan_.at(item % timePlan_.size());
   }
 
   const Rule* rule_;
-  DayPlan days_of_;
-  TimePlan times_;
+  DayPlan dayPlan_;
+  TimePlan timePlan_;
   bool isUniform_ = false;  // every period names the same
   bool isSilent_ = false;   // names nothing, whatever is asked
   bool dateOnly_ = false;

@@ -80,6 +80,8 @@ struct Window {
 
 // Appends the occurrences that overlap the window, in no particular order. `defaultZone` is for floating
 // ones. Endless rules are followed to the window's end. Costs what the window holds, not what came before.
+// An override is there even where its place is excluded, or named by nothing. A start that a change of clock
+// moves onto another one of the series is not there twice.
 void occurrencesIn(const Series& series, const Window& window, const foundation::TimeZone& defaultZone,
                    std::vector<Occurrence>& out);
 
