@@ -2,19 +2,18 @@
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <cstdio>
-#include <fmt/format.h>
+#include <exception>
 #include <functional>
 
 #include "eventkit/embedded/storage/database.h"
-#include "eventkit/types.h"
 #include "zunocal/commands.h"
 
 namespace {
 
 using zunocal::Database;
 
-int complain(const std::string& reason) {
-  fmt::print(stderr, "zunocal: {}\n", reason);
+int complain(const char* reason) noexcept {
+  std::fprintf(stderr, "zunocal: %s\n", reason);
   return 1;
 }
 
@@ -71,7 +70,7 @@ app.add_subcommand("check", "Tell whether the store is sound")->callback([&] {
 CLI11_PARSE(app, argc, argv);
 std::string why;
 const auto database = Database::open(store.empty() ? ek::embedded::defaultStorePath() : store, why);
-return database ? command(*database) : complain(why);
+return database ? command(*database) : complain(why.c_str());
 }
 
 }  // namespace
@@ -81,8 +80,6 @@ int main(int argc, char** argv) {
   try {
     const int status = run(argc, argv);
     return std::fflush(stdout) == 0 ? status : complain("standard output cannot be written");
-  } catch (const ek::Exception& exception) {
-    return complain(exception.reason());
   } catch (const std::exception& exception) {
     return complain(exception.what());
   }
