@@ -194,6 +194,20 @@ TEST_F(Texts, ADetachedOccurrenceIsFoundByItsOwnIdentifier) {
   EXPECT_EQ(store_->eventWithIdentifier("/RID=736844400"), nullptr);
 }
 
+TEST_F(Texts, OnlyWhatRepeatsHasToFitItsInterval) {
+  const auto series = newEvent("a", utc(2024, 5, 1, 9));
+  series->addRecurrenceRule({.frequency = ek::RecurrenceFrequency::daily});
+  save(series);
+  const auto longOne = eventAt(utc(2024, 5, 2, 9));
+  ASSERT_TRUE(longOne);
+  longOne->setEndDate(utc(2024, 5, 4, 9));
+  std::optional<ek::Error> error;
+  EXPECT_FALSE(store_->saveEvent(longOne, Span::futureEvents, error));
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->code, ek::ErrorCode::durationGreaterThanRecurrence);
+  save(longOne, Span::thisEvent);
+}
+
 TEST_F(Texts, SomebodyElsesEventStaysAsItIs) {
   const auto event = imported(
       "BEGIN:VEVENT\r\nUID:1\r\nDTSTART:20240501T090000Z\r\nORGANIZER:mailto:boss@example.org\r\nEND:"

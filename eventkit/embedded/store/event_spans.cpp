@@ -165,7 +165,7 @@ ical::Component EventWriter::occurrenceComponent(const EmbeddedEvent& event, Res
 TimeForm EventWriter::formFor(const EmbeddedEvent& event, const TimeForm& written, RowId calendar) {
   if (event.isAllDay()) return dayForm();
   if (written.kind != TimeForm::Kind::day) return written;
-  const TimeForm form = localForm();
+  TimeForm form = localForm();
   keepZone(items_, calendar, form);
   return form;
 }

@@ -41,8 +41,11 @@ std::chrono::seconds lengthOf(const EmbeddedEvent& event) {
   return day.wallOf(*event.endDate()) - day.wallOf(*event.startDate()) + days(1);
 }
 
-bool repeatsTooOften(const EmbeddedEvent& event) {
+bool repeatsTooOften(const EmbeddedEvent& event, Span span) {
   if (!event.areRulesChanged() && !event.isTimeChanged()) return false;
+  const bool becomesDetached =
+      event.placement().recurrenceId && span == Span::thisEvent && !event.areRulesChanged();
+  if (becomesDetached) return false;
   return std::ranges::any_of(event.rules(), [length = lengthOf(event)](const RecurrenceRule& rule) {
     return length > shortestPeriod(rule.frequency) * rule.interval;
   });
@@ -57,53 +60,57 @@ bool EventWriter::save(EmbeddedEvent& event, Span span, std::optional<Error>& er
   const CalendarRow* found =
       owner ? records_.calendars().findByIdentifier(owner->calendarIdentifier()) : nullptr;
   const std::optional<CalendarRow> calendar = found ? std::optional(*found) : std::nullopt;
-  if (const auto fault = faultOf(event, calendar ? &*calendar : nullptr)) return refuse(error, *fault);
-
-  Saved saved;
-  if (event.isNew()) {
-    saved = saveNew(event, calendar->id);
-  } else {
-    std::optional<ItemRow> row = currentRow(event);
-    const Home home =
-        row ? Home{row->id, calendar->id, row->identifier} : Home{0, calendar->id, event.identifier()};
-    const bool isMove = row && row->calendar != calendar->id;
-    if (isMove && items_.findInCalendar(calendar->id, row->uid))
-      return refuse(error, ErrorCode::internalFailure);
-    const auto document = row ? records_.document(std::move(*row)) : event.document();
-    Resource resource(document->components(), document->zones());
-
-    const ItemIndex index = resource.index();
-    const auto* series = std::get_if<SeriesEvent>(&index.entry);
-    const std::optional<WallTime> place = event.placement().recurrenceId;
-    const auto first =
-        series ? recurrence::firstOccurrence(series->series, *TimeZone::defaultZone()) : std::nullopt;
-    const bool isLater = series != nullptr && place && first && *place > first->recurrenceId;
-    if (series == nullptr || !place) {
-      saved = saveWhole(event, resource, home);
-    } else if (span == Span::futureEvents) {
-      saved = isLater ? saveFuture(event, resource, home) : saveWhole(event, resource, home);
-    } else if (event.areRulesChanged()) {
-      if (isLater || event.isDetached()) return refuse(error, ErrorCode::invalidSpan);
-      saved = saveWhole(event, resource, home);
-    } else if (event.isStartChanged() && collides(event, series->series)) {
-      return refuse(error, ErrorCode::startDateCollidesWithOtherOccurrence);
-    } else if (isMove) {
-      saved = saveSeparately(event, resource, {home.row, document->row().calendar, home.identifier},
-                             calendar->id);
-    } else {
-      saved = saveOccurrence(event, resource, home);
-    }
-  }
+  if (const auto fault = faultOf(event, span, calendar ? &*calendar : nullptr)) return refuse(error, *fault);
+  const std::optional<Saved> saved = event.isNew() ? std::optional(saveNew(event, calendar->id))
+                                                   : saveStored(event, span, calendar->id, error);
+  if (!saved) return false;
   writing.commit();
+  bringUpToDate(event, *saved);
+  return true;
+}
 
+std::optional<EventWriter::Saved> EventWriter::saveStored(const EmbeddedEvent& event, Span span,
+                                                          RowId calendar, std::optional<Error>& error) {
+  std::optional<ItemRow> row = currentRow(event);
+  const Home home = row ? Home{row->id, calendar, row->identifier} : Home{0, calendar, event.identifier()};
+  const RowId oldCalendar = row ? row->calendar : calendar;
+  const bool isMove = oldCalendar != calendar;
+  const auto refused = [&error](ErrorCode code) -> std::optional<Saved> {
+    refuse(error, code);
+    return std::nullopt;
+  };
+  if (isMove && items_.findInCalendar(calendar, row->uid)) return refused(ErrorCode::internalFailure);
+
+  const auto document = row ? records_.document(*std::move(row)) : event.document();
+  Resource resource(document->components(), document->zones());
+  const ItemIndex index = resource.index();
+  const auto* series = std::get_if<SeriesEvent>(&index.entry);
+  const std::optional<WallTime> place = event.placement().recurrenceId;
+  if (series == nullptr || !place) return saveWhole(event, resource, home);
+
+  const auto first = recurrence::firstOccurrence(series->series, *TimeZone::defaultZone());
+  const bool isLater = first && *place > first->recurrenceId;
+  if (span == Span::futureEvents)
+    return isLater ? saveFuture(event, resource, home) : saveWhole(event, resource, home);
+  if (event.areRulesChanged()) {
+    if (isLater || event.isDetached()) return refused(ErrorCode::invalidSpan);
+    return saveWhole(event, resource, home);
+  }
+  if (event.isStartChanged() && collides(event, series->series))
+    return refused(ErrorCode::startDateCollidesWithOtherOccurrence);
+  if (isMove) return saveSeparately(event, resource, {home.row, oldCalendar, home.identifier}, calendar);
+  return saveOccurrence(event, resource, home);
+}
+
+void EventWriter::bringUpToDate(EmbeddedEvent& event, const Saved& saved) {
   const auto document = records_.document(saved.row);
   const auto placement = saved.place ? placementAt(records_, saved.row, *saved.place)
                                      : firstPlacement(records_, database_, saved.row);
   if (document && placement) event.becomeStored(document, *placement);
-  return true;
 }
 
-std::optional<ErrorCode> EventWriter::faultOf(const EmbeddedEvent& event, const CalendarRow* calendar) {
+std::optional<ErrorCode> EventWriter::faultOf(const EmbeddedEvent& event, Span span,
+                                              const CalendarRow* calendar) {
   if (calendar == nullptr) return ErrorCode::noCalendar;
   if (!event.startDate()) return ErrorCode::noStartDate;
   if (!event.endDate()) return ErrorCode::noEndDate;
@@ -115,7 +122,7 @@ std::optional<ErrorCode> EventWriter::faultOf(const EmbeddedEvent& event, const 
     if (old != nullptr && !old->allowsModification) return ErrorCode::calendarReadOnly;
   }
   if (isSomebodyElses(event, *calendar)) return ErrorCode::eventNotMutable;
-  if (repeatsTooOften(event)) return ErrorCode::durationGreaterThanRecurrence;
+  if (repeatsTooOften(event, span)) return ErrorCode::durationGreaterThanRecurrence;
   return std::nullopt;
 }
 

@@ -35,11 +35,16 @@ class EventWriter {
     std::optional<WallTime> place;
   };
 
-  std::optional<ErrorCode> faultOf(const EmbeddedEvent& event, const CalendarRow* calendar);
+  std::optional<ErrorCode> faultOf(const EmbeddedEvent& event, Span span, const CalendarRow* calendar);
   bool isSomebodyElses(const EmbeddedEvent& event, const CalendarRow& calendar);
   std::optional<ItemRow> currentRow(const EmbeddedEvent& event);
 
   Saved saveNew(const EmbeddedEvent& event, RowId calendar);
+  // Nothing, with the error, when it is refused.
+  std::optional<Saved> saveStored(const EmbeddedEvent& event, Span span, RowId calendar,
+                                  std::optional<Error>& error);
+  // After the commit: the object shows what is stored.
+  void bringUpToDate(EmbeddedEvent& event, const Saved& saved);
   Saved saveWhole(const EmbeddedEvent& event, Resource& resource, const Home& home);
   Saved saveFuture(const EmbeddedEvent& event, Resource& resource, const Home& home);
   Saved saveOccurrence(const EmbeddedEvent& event, Resource& resource, const Home& home);
