@@ -145,7 +145,7 @@ std::filesystem::path findPlugin(std::string_view fileName) {
   std::error_code ignored;
   const auto folder = std::filesystem::read_symlink("/proc/self/exe", ignored).parent_path();
   for (const auto& place : {folder, folder / "../plugin", folder / "../lib/zuno"}) {
-    const auto file = (place / fileName).lexically_normal();
+    auto file = (place / fileName).lexically_normal();
     if (std::filesystem::exists(file, ignored)) return file;
   }
   throw PluginError("there is no " + std::string(fileName) + " beside this program; name it with --plugin");

@@ -5,7 +5,7 @@
 #include "host/wrapper/host_call.h"
 
 using namespace fmhost;
-using fmx::_fmxcpt;
+using Failure = fmx::_fmxcpt;
 using fmx::int32;
 using fmx::int64;
 
@@ -24,23 +24,23 @@ void assign(void* self, const Decimal& value) {
 
 }  // namespace
 
-fmx::FixPt* FM_FixPt_Constructor1(int32 value, int precision, _fmxcpt& failure) noexcept {
+fmx::FixPt* FM_FixPt_Constructor1(int32 value, int precision, Failure& failure) noexcept {
   return make<Number>(failure, Decimal(value), precision);
 }
 
-fmx::FixPt* FM_FixPt_Constructor2(int32 value, const fmx::FixPt& precisionOf, _fmxcpt& failure) noexcept {
+fmx::FixPt* FM_FixPt_Constructor2(int32 value, const fmx::FixPt& precisionOf, Failure& failure) noexcept {
   return make<Number>(failure, Decimal(value), inside(precisionOf).precision);
 }
 
-void FM_FixPt_AssignInt(void* self, int32 n, _fmxcpt& failure) noexcept {
+void FM_FixPt_AssignInt(void* self, int32 n, Failure& failure) noexcept {
   hostCall(failure, [&] { assign(self, Decimal(n)); });
 }
 
-void FM_FixPt_AssignInt64(void* self, int64 n, _fmxcpt& failure) noexcept {
+void FM_FixPt_AssignInt64(void* self, int64 n, Failure& failure) noexcept {
   hostCall(failure, [&] { assign(self, Decimal(n)); });
 }
 
-void FM_FixPt_AssignDouble(void* self, double x, _fmxcpt& failure) noexcept {
+void FM_FixPt_AssignDouble(void* self, double x, Failure& failure) noexcept {
   hostCall(failure, [&] {
     const auto number = Decimal::fromDouble(x);
     if (!number) throw std::invalid_argument("no finite number");
@@ -48,11 +48,11 @@ void FM_FixPt_AssignDouble(void* self, double x, _fmxcpt& failure) noexcept {
   });
 }
 
-void FM_FixPt_AssignFixPt(void* self, const fmx::FixPt& other, _fmxcpt& failure) noexcept {
+void FM_FixPt_AssignFixPt(void* self, const fmx::FixPt& other, Failure& failure) noexcept {
   hostCall(failure, [&] { as<Number>(self) = inside(other); });
 }
 
-int32 FM_FixPt_AsLong(const void* self, _fmxcpt& failure) noexcept {
+int32 FM_FixPt_AsLong(const void* self, Failure& failure) noexcept {
   return hostCall(failure, [&] {
     using Limits = std::numeric_limits<int32>;
     return static_cast<int32>(
@@ -60,16 +60,16 @@ int32 FM_FixPt_AsLong(const void* self, _fmxcpt& failure) noexcept {
   });
 }
 
-int64 FM_FixPt_AsLong64(const void* self, _fmxcpt& failure) noexcept {
+int64 FM_FixPt_AsLong64(const void* self, Failure& failure) noexcept {
   return hostCall(failure, [&] { return int64{counted(as<Number>(self)).truncated()}; });
 }
 
-double FM_FixPt_AsFloat(const void* self, _fmxcpt& failure) noexcept {
+double FM_FixPt_AsFloat(const void* self, Failure& failure) noexcept {
   return hostCall(failure, [&] { return counted(as<Number>(self)).toDouble(); });
 }
 
-bool FM_FixPt_AsBool(const void* self, _fmxcpt& failure) noexcept {
+bool FM_FixPt_AsBool(const void* self, Failure& failure) noexcept {
   return hostCall(failure, [&] { return !counted(as<Number>(self)).isZero(); });
 }
 
-void FM_FixPt_Delete(void* self, _fmxcpt& failure) noexcept { destroy<Number>(self, failure); }
+void FM_FixPt_Delete(void* self, Failure& failure) noexcept { destroy<Number>(self, failure); }
