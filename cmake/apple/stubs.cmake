@@ -46,8 +46,8 @@ function(zuno_write_stubs folder)
     SYMBOLS _Unwind_Resume _Block_object_assign _Block_object_dispose
       _NSConcreteStackBlock _NSConcreteGlobalBlock __isPlatformVersionAtLeast
       __cxa_atexit __exp10 __stack_chk_fail __stack_chk_guard
-      abort bzero close dup fclose fflush fgets fopen fprintf fputs fread free fseek fseeko fstat ftell ftello fwrite getenv gmtime_r
-      localtime_r lseek memchr memcmp memcpy memmove memset open read realpath rewind snprintf stat strchr
+      abort abs bzero close dup fclose fflush fgets fopen fprintf fputs fread free fseek fseeko fstat ftell ftello fwrite getenv gmtime_r
+      localtime_r lseek memchr memcmp memcpy memmove memset open pow read realpath rewind snprintf stat strchr
       strcmp strlen strtol strtoll strtoul syslog time vsnprintf write
       # As the headers of the other C library have it; a Mac's own name it otherwise.
       stderr)
