@@ -16,7 +16,7 @@ constexpr int kLongestMonth = 31;
 constexpr int kMostWeeks = 53;
 // 29 February falls on a given weekday every 28 years, or 40 over a century without leap day. What has not
 // come in this time never will.
-constexpr std::int64_t kRarestDay{41 * 366};
+constexpr std::int64_t kRarestDay = std::int64_t{41} * 366;
 constexpr int kDaysOfFirstWeek = 4;  // a week belongs to the year that has four of its days
 
 void setBit(YearDays& set, int day) {
