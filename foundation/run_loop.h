@@ -12,7 +12,7 @@ void runLoopFor(std::chrono::milliseconds duration);
 class AutoreleasePool {
  public:
   AutoreleasePool();
-  ~AutoreleasePool();
+  ~AutoreleasePool();  // NOLINT(performance-trivially-destructible): on a Mac it is not trivial
   AutoreleasePool(const AutoreleasePool&) = delete;
   AutoreleasePool& operator=(const AutoreleasePool&) = delete;
 

@@ -31,7 +31,8 @@ class ReminderAnswer final : public ReminderList {
   struct Entry {
     std::int64_t created = 0;
     RowId item = 0;
-    auto operator<=>(const Entry&) const = default;
+    // clang-tidy 14 takes the 0 in what this stands for for a pointer.
+    auto operator<=>(const Entry&) const = default;  // NOLINT(modernize-use-nullptr)
   };
   struct Row;
 

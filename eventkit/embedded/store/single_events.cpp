@@ -10,7 +10,7 @@ namespace {
 enum Flags { kFloatingStart = 1, kFloatingEnd = 2, kAllDay = 4 };
 
 // No zone's wall clock is further from UTC.
-constexpr std::int64_t kMostOffset = 26 * 3600;
+constexpr std::int64_t kMostOffset = std::int64_t{26} * 3600;
 
 // Columns: item, calendar, lo, hi, flags, title.
 SingleEventRow rowOf(SQLite::Statement& select) {
