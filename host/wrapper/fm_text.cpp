@@ -39,7 +39,7 @@ uint32 positionOrInvalid(std::size_t position) {
 uint32 writeBytes(const Text& text, char* buffer, uint32 room, uint32 position, uint32 size, int32 encoding) {
   const std::string bytes = encoded(range(text, position, size), encoding);
   const std::size_t count = std::min<std::size_t>(bytes.size(), room);
-  std::memcpy(buffer, bytes.data(), count);
+  std::copy_n(bytes.data(), count, buffer);
   return static_cast<uint32>(count);
 }
 

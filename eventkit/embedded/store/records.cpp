@@ -23,6 +23,7 @@ Database* Records::databaseForWriting() {
   lookedAt_ = std::chrono::steady_clock::now();
   const bool isSame = open_ ? open_->database == current : current == nullptr;
   if (!isSame) {
+    documents_.clear();
     open_ = current ? std::make_shared<Open>(std::move(current)) : nullptr;
     ++generation_;
   }
@@ -30,20 +31,19 @@ Database* Records::databaseForWriting() {
 }
 
 std::shared_ptr<const Document> Records::document(RowId id) {
-  auto& documents = open_->documents;
   const Database::Version version = open_->database->version();
-  const auto kept = documents.find(id);
-  if (kept != documents.end() && kept->second.version == version) return kept->second.document;
+  const auto kept = documents_.find(id);
+  if (kept != documents_.end() && kept->second.version == version) return kept->second.document;
 
   std::optional<ItemRow> row = open_->items.find(id);
   if (!row) return nullptr;
-  if (kept != documents.end() && kept->second.document->row().change == row->change) {
+  if (kept != documents_.end() && kept->second.document->row().change == row->change) {
     kept->second.version = version;
     return kept->second.document;
   }
   auto read = document(std::move(*row));
-  if (documents.size() >= kMaxDocuments) documents.clear();
-  documents.insert_or_assign(id, Kept{read, version});
+  if (documents_.size() >= kMaxDocuments) documents_.clear();
+  documents_.insert_or_assign(id, Kept{read, version});
   return read;
 }
 

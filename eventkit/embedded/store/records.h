@@ -51,11 +51,11 @@ class Records {
     ItemTable items;
     SeriesCache series;
     CalendarDirectory calendars;
-    std::unordered_map<RowId, Kept> documents;
   };
 
   std::string path_;
   std::shared_ptr<Open> open_;
+  std::unordered_map<RowId, Kept> documents_;  // not in Open, which every document keeps alive
   std::uint64_t generation_ = 0;
   std::chrono::steady_clock::time_point lookedAt_;
 };
