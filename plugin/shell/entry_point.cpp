@@ -43,7 +43,8 @@ void initialise() {
 void answerString() {
   const FMX_ExternCallStruct& message = *gFMX_ExternCallPtr;
   Do_GetString(message.parm1, static_cast<FMX_UInt32>(message.parm2), static_cast<FMX_Int32>(message.parm3),
-               reinterpret_cast<FMX_Unichar*>(message.result));
+               // The host hands the buffer's address over as a number.
+               reinterpret_cast<FMX_Unichar*>(message.result));  // NOLINT(performance-no-int-to-ptr)
 }
 
 void answerMessage() {
