@@ -22,6 +22,9 @@ function(zuno_library name)
   target_link_libraries(${name} PUBLIC zuno_settings)
 endfunction()
 
+# What runs under the thread sanitizer too.
+add_custom_target(zuno_threads_tests)
+
 # zuno_test(NAME SOURCES file... [LIBRARIES target...] [LABELS label...]): one GoogleTest program, each of its
 # cases a ctest. The cases labelled "threads" run under the thread sanitizer too.
 function(zuno_test name)
@@ -31,6 +34,9 @@ function(zuno_test name)
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE zuno_settings ${ARG_LIBRARIES} GTest::gmock GTest::gtest_main)
   set(properties TIMEOUT 300)
+  if("threads" IN_LIST ARG_LABELS)
+    add_dependencies(zuno_threads_tests ${name})
+  endif()
   if(ARG_LABELS)
     list(APPEND properties LABELS "${ARG_LABELS}")
   endif()
