@@ -71,7 +71,7 @@ class ChangeAndSave {
 };
 
 // The external identifiers of the first events that occur once.
-std::vector<std::string> singleEvents(const Dataset& dataset) {
+std::vector<std::string> findSingleEvents(const Dataset& dataset) {
   std::vector<std::string> uids;
   for (const std::string& text : makeCalendar(dataset.items).items) {
     if (text.find("\r\nRRULE:") != std::string::npos || text.find("\r\nATTENDEE") != std::string::npos)
@@ -83,12 +83,21 @@ std::vector<std::string> singleEvents(const Dataset& dataset) {
   return uids;
 }
 
-void commitRow(benchmark::State& state, const Dataset& dataset) {
+const std::vector<std::string>& singleEvents(const Dataset& dataset) {
+  static const std::vector<std::string> uids = findSingleEvents(dataset);
+  return uids;
+}
+
+std::string floorToChange(const Dataset& dataset) {
   const std::string path = dataset.scratch("floor_changed.sqlite");
   std::filesystem::copy_file(dataset.floorTable(), path);
-  Floor floor(path);
+  return path;
+}
+
+void commitRow(benchmark::State& state, const Dataset& dataset) {
+  static Floor floor(floorToChange(dataset));
+  static std::int64_t number = 0;
   std::string text = makeCalendar(1).items.front();
-  std::int64_t number = 0;
   for ([[maybe_unused]] auto _ : state) {
     // SQLite writes nothing for a row that stays the same.
     const std::string mark = fmt::format("{:010}", ++number);
@@ -98,7 +107,7 @@ void commitRow(benchmark::State& state, const Dataset& dataset) {
 }
 
 void saveOne(benchmark::State& state, const Dataset& dataset) {
-  const std::vector<std::string> uids = singleEvents(dataset);
+  const std::vector<std::string>& uids = singleEvents(dataset);
   ChangeAndSave changeAndSave("this");
   std::size_t item = 0;
   for ([[maybe_unused]] auto _ : state) {
@@ -147,7 +156,7 @@ void removeFuture(benchmark::State& state) {
 }
 
 void countAfterSave(benchmark::State& state, const Dataset& dataset, Window window) {
-  const std::vector<std::string> uids = singleEvents(dataset);
+  const std::vector<std::string>& uids = singleEvents(dataset);
   ChangeAndSave changeAndSave("this");
   Call fetchWindow(function("Zuno_EventsFetch"), {Timestamp{window.from}, Timestamp{window.to}, "", ""});
   Call count(function("Zuno_GetItemCountForType"), {"event"});
