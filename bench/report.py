@@ -23,8 +23,11 @@ class Results:
     def __init__(self, folder):
         self.size = int(folder.name)
         self.times, self.counters = {}, {}
+        self.repetitions, self.loads = [], []
         for file in sorted(folder.glob("*.json")):
-            self.add(json.loads(file.read_text())["benchmarks"], file.stem in ("importing", "saving"))
+            result = json.loads(file.read_text())
+            self.loads.append(result["context"]["load_avg"][0])
+            self.add(result["benchmarks"], file.stem in ("importing", "saving"))
 
     def add(self, runs, waits):
         repetitions = {}
@@ -32,6 +35,7 @@ class Results:
             if run["run_type"] == "iteration" and "error_message" not in run:
                 name = "/".join(run["name"].split("/")[:2])
                 repetitions.setdefault(name, []).append(run)
+        self.repetitions += [len(group) for group in repetitions.values()]
         for name, group in repetitions.items():
             clock = "real_time" if waits or "manual_time" in group[0]["name"] else "cpu_time"
             self.times[name] = statistics.median(run[clock] * NANOSECONDS[run["time_unit"]] for run in group)
@@ -183,10 +187,17 @@ def machine():
     return f"{model[1] if model else platform.machine()}, {cores} cores, {system}, Linux {platform.release()}"
 
 
+def span(numbers):
+    low, high = min(numbers), max(numbers)
+    return f"{low:.0f}" if round(low) == round(high) else f"{low:.0f} to {high:.0f}"
+
+
 def report(sizes):
-    parts = [f"Measured on {datetime.date.today()}: {machine()}. Medians of five repetitions."]
+    parts = [f"Measured on {datetime.date.today()}: {machine()}."]
     for results in sizes:
-        parts += [f"### {results.size:,} items", compared(results), aimed(results), calls(results)]
+        parts += [f"### {results.size:,} items",
+                  f"Medians of {span(results.repetitions)} repetitions; load of the machine {span(results.loads)}.",
+                  compared(results), aimed(results), calls(results)]
         smaller = next((other for other in sizes if other.size == 10000), None)
         parts += [saving(results, smaller if results.size > 10000 else None),
                   f"Occurrences that each finds in one year: {occurrences(results)}."]
