@@ -15,7 +15,7 @@ namespace {
 
 Text fromUnits(const uint16* units, std::size_t count) {
   Text text(count, u'\0');
-  std::memcpy(text.data(), units, count * sizeof(char16_t));
+  if (count > 0) std::memcpy(text.data(), units, count * sizeof(char16_t));
   return text;
 }
 
@@ -89,7 +89,7 @@ void FM_Text_GetUnicode(const void* self, uint16* buffer, uint32 position, uint3
                         Failure& failure) noexcept {
   hostCall(failure, [&] {
     const auto units = range(as<Text>(self), position, size);
-    std::memcpy(buffer, units.data(), units.size() * sizeof(char16_t));
+    if (!units.empty()) std::memcpy(buffer, units.data(), units.size() * sizeof(char16_t));
   });
 }
 
