@@ -59,7 +59,7 @@ std::string homeFolder() {
 std::string defaultStorePath() {
   if (const auto path = environment("ZUNO_STORE")) return *path;
   const auto dataHome = environment("XDG_DATA_HOME");
-  // A relative one is to be ignored, says the XDG Base Directory Specification.
+  // A relative one is to be ignored (XDG Base Directory).
   const bool isUsable = dataHome && dataHome->front() == '/';
   return (isUsable ? *dataHome : homeFolder() + "/.local/share") + "/zuno/calendars.sqlite";
 }
