@@ -119,6 +119,33 @@ TEST_F(Texts, AMovedSeriesTakesItsExceptionsAlong) {
   EXPECT_THAT(titlesOf(*found), ElementsAre("a", "b", "a"));
 }
 
+TEST_F(Texts, OccurrencesOfTheirOwnAreNamedInTheFormOfTheirSeries) {
+  constexpr struct {
+    const char* start;
+    const char* recurrenceId;
+    const char* moved;
+  } cases[] = {
+      {":20240501T090000Z", ":20240503T090000Z", "RECURRENCE-ID:20240503T100000Z\r\n"},
+      {";TZID=America/New_York:20240501T090000", ";TZID=America/New_York:20240503T090000",
+       "RECURRENCE-ID;TZID=America/New_York:20240503T100000\r\n"},
+      {":20240501T090000", ":20240503T090000", "RECURRENCE-ID:20240503T100000\r\n"},
+      {";VALUE=DATE:20240501", ";VALUE=DATE:20240503", "RECURRENCE-ID;VALUE=DATE:20240504\r\n"},
+  };
+  for (const auto& [start, recurrenceId, moved] : cases) {
+    SCOPED_TRACE(start);
+    const std::string uid = std::string("series") + start;
+    const auto event = imported(
+        "BEGIN:VEVENT\r\nUID:" + uid + "\r\nDTSTART" + start +
+            "\r\nRRULE:FREQ=DAILY;COUNT=4\r\nEND:VEVENT\r\nBEGIN:VEVENT\r\nUID:" + uid + "\r\nRECURRENCE-ID" +
+            recurrenceId + "\r\nDTSTART" + start + "\r\nSUMMARY:own\r\nEND:VEVENT\r\n",
+        uid);
+    const auto shift = event->isAllDay() ? hours(24) : hours(1);
+    event->setStartDate(*event->startDate() + shift);
+    event->setEndDate(*event->endDate() + shift);
+    EXPECT_THAT(textAfterSave(event, Span::futureEvents), HasSubstr(moved));
+  }
+}
+
 TEST_F(Texts, ASplitSharesOutRulesExceptionsAndAlarms) {
   const std::string text =
       "BEGIN:VEVENT\r\nUID:1\r\nDTSTART;VALUE=DATE:20240501\r\nSUMMARY:a\r\nX-KEEP:me\r\n"

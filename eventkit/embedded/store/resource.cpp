@@ -257,6 +257,7 @@ void Resource::mapDates(std::string_view name, const SeriesPlaces& places, const
 }
 
 void Resource::mapOverrides(const SeriesPlaces& places, const Mapping& mapping) {
+  const TimeForm written = form();  // while the master is still in its place
   std::vector<ical::Component> kept;
   for (ical::Component& component : components_) {
     const std::optional<WallTime> place = places.of(component);
@@ -272,7 +273,7 @@ void Resource::mapOverrides(const SeriesPlaces& places, const Mapping& mapping) 
         component.set(line->withValue(own.value(newStart)));
         moveEnd(component, *oldStart, own, newStart, zones_);
       }
-      component.set(form().line("RECURRENCE-ID", *target));
+      component.set(written.line("RECURRENCE-ID", *target));
     }
     kept.push_back(std::move(component));
   }
