@@ -1,4 +1,5 @@
 // What edits do to the iCalendar text of an item, and what its getters read from a text of others.
+#include "eventkit/embedded/storage/check.h"
 #include "tests/store/store_fixture.h"
 
 namespace {
@@ -164,6 +165,57 @@ TEST_F(Texts, ASplitSharesOutRulesExceptionsAndAlarms) {
                     HasSubstr("X-KEEP:me"), HasSubstr("TRIGGER:-PT1H"), Not(HasSubstr("UID:1\r\n"))));
   EXPECT_THAT(textOf(old), AllOf(HasSubstr("COUNT=4"), HasSubstr("EXDATE;VALUE=DATE:20240502\r\n"),
                                  Not(HasSubstr("RDATE")), HasSubstr("SUMMARY:a\r\n")));
+}
+
+TEST_F(Texts, WhatGoesToAnotherCalendarTakesItsTimeZoneAlong) {
+  using ek::embedded::Database;
+  const std::string zone = "A house rule, five hours west of Greenwich, with a name too long for a line";
+  const auto work = store_->newCalendar(ek::EntityType::event);
+  work->setSource(store_->defaultCalendarForNewEvents()->source());
+  std::optional<ek::Error> error;
+  ASSERT_TRUE(store_->saveCalendar(work, error));
+  {
+    const auto database = Database::shared(path());
+    Database::Transaction writing(*database, Database::Transaction::Kind::writing);
+    ek::embedded::ItemTable(*database).ensureTimeZone(
+        1, zone,
+        "BEGIN:VTIMEZONE\r\nTZID:" + zone +
+            "\r\nBEGIN:STANDARD\r\nDTSTART:19700101T000000\r\nTZOFFSETFROM:-0500\r\n"
+            "TZOFFSETTO:-0500\r\nEND:STANDARD\r\nEND:VTIMEZONE\r\n");
+    writing.commit();
+  }
+  struct {
+    Span span;
+    int place;
+    int gone;
+  } const cases[] = {{Span::thisEvent, 2, 1}, {Span::futureEvents, 2, 3}, {Span::futureEvents, 0, 5}};
+  int month = 1;
+  for (const auto& [span, place, gone] : cases) {
+    SCOPED_TRACE(month);
+    const auto first =
+        imported("BEGIN:VEVENT\r\nUID:" + std::to_string(month) + "\r\nDTSTART;TZID=\"" + zone.substr(0, 40) +
+                     "\r\n " + zone.substr(40) + "\":20240" + std::to_string(month) +
+                     "01T090000\r\nRRULE:FREQ=DAILY;COUNT=5\r\nEND:VEVENT\r\n",
+                 std::to_string(month));
+    const auto home = first->calendar();
+    const auto event = eventAt(utc(2024, static_cast<unsigned>(month), 1 + static_cast<unsigned>(place), 14));
+    ASSERT_TRUE(event);
+    event->setCalendar(work);
+    save(event, span);
+    const auto there = elsewhere();
+    const auto in = [&](const std::shared_ptr<ek::Calendar>& calendar) {
+      const Date from = utc(2024, static_cast<unsigned>(month), 1);
+      return startsOf(
+          *there->eventsMatchingPredicate(there->predicateForEvents(from, from + hours(200), {calendar})));
+    };
+    const auto moved = in(work);
+    ASSERT_EQ(moved.size(), static_cast<std::size_t>(gone));
+    EXPECT_EQ(moved.front(), utc(2024, static_cast<unsigned>(month), 1 + static_cast<unsigned>(place), 14));
+    EXPECT_EQ(in(home).size(), static_cast<std::size_t>(5 - gone)) << "the others stay where they were";
+    EXPECT_EQ(there->eventWithIdentifier(*event->eventIdentifier())->startDate(), moved.front());
+    ++month;
+  }
+  EXPECT_THAT(ek::embedded::findFaults(*Database::shared(path())), IsEmpty());
 }
 
 TEST_F(Texts, FromAnExtraDateOnTheRuleKeepsItsWeeks) {

@@ -176,4 +176,16 @@ std::shared_ptr<const TimeZone> zoneNamed(std::string_view tzid) {
   return behindPrefix(tzid);
 }
 
+std::set<std::string> timeZonesIn(std::string_view text) {
+  std::set<std::string> names;
+  if (text.find("TZ") == std::string_view::npos && text.find("tz") == std::string_view::npos) return names;
+  const auto collect = [&](const auto& self, const Component& component) -> void {
+    for (const Line& line : component.lines())
+      if (const auto tzid = line.parameter("TZID")) names.insert(*tzid);
+    for (const Component& inner : component.components()) self(self, inner);
+  };
+  for (const Component& component : parseComponents(text)) collect(collect, component);
+  return names;
+}
+
 }  // namespace ek::ical

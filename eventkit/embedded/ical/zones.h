@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,9 @@ std::shared_ptr<const foundation::TimeZone> zoneOf(const Component& vtimezone);
 // "/freeassociation.sourceforge.net/Tzfile/Europe/Berlin"; a Windows name ("W. Europe Standard Time"); a
 // fixed offset ("GMT+01:00", "UTC-5"). Null when it says nothing.
 std::shared_ptr<const foundation::TimeZone> zoneNamed(std::string_view tzid);
+
+// The TZIDs that these components name.
+std::set<std::string> timeZonesIn(std::string_view text);
 
 // A VTIMEZONE for a zone, for items made here: named by the zone's name, or `fallbackName` when it has none.
 Component vtimezoneFor(const foundation::TimeZone& zone, std::string_view fallbackName);

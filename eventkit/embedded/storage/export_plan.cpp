@@ -160,18 +160,6 @@ void place(std::vector<Draft>& drafts, const ImportedEnvelope& envelope, const s
   add(*draft, envelope, title);
 }
 
-std::set<std::string> timeZonesIn(std::string_view text) {
-  std::set<std::string> names;
-  if (text.find("TZ") == std::string_view::npos && text.find("tz") == std::string_view::npos) return names;
-  const auto collect = [&](const auto& self, const ical::Component& component) -> void {
-    for (const ical::Line& line : component.lines())
-      if (const auto tzid = line.parameter("TZID")) names.insert(*tzid);
-    for (const ical::Component& inner : component.components()) self(self, inner);
-  };
-  for (const ical::Component& component : ical::parseComponents(text)) collect(collect, component);
-  return names;
-}
-
 // What items made here mean by their TZIDs. Many items name few zones.
 class ZoneTexts {
  public:
@@ -179,7 +167,7 @@ class ZoneTexts {
 
   Zones of(std::string_view item) {
     Zones zones;
-    for (const std::string& tzid : timeZonesIn(item))
+    for (const std::string& tzid : ical::timeZonesIn(item))
       if (const std::string& text = textOfZone(tzid); !text.empty()) zones.emplace(tzid, text);
     return zones;
   }

@@ -133,8 +133,10 @@ void ItemTable::replace(RowId id, RowId calendar, std::string_view text, const I
   const auto select = database_.statement("SELECT calendar FROM item WHERE id = ?");
   select->bind(1, id);
   if (!select->executeStep()) return;
-  const RowId former = select->getColumn(0).getInt64();
-  if (former != calendar) carryZones(id, former, calendar);
+  if (select->getColumn(0).getInt64() != calendar) {
+    shareZones(id, calendar);
+    leaveEnvelope(id);
+  }
   update(id, calendar, text, index);
 }
 
@@ -182,16 +184,14 @@ void ItemTable::erase(RowId id) {
   remove->exec();
 }
 
-void ItemTable::carryZones(RowId id, RowId from, RowId to) {
-  const auto carry = database_.statement(
-      "INSERT OR IGNORE INTO calendar_zone SELECT ?3, zone.id FROM zone, item WHERE item.id = ?1 AND "
-      "instr(item.text, zone.tzid) > 0 AND (zone.id IN (SELECT zone FROM calendar_zone WHERE calendar = ?2) "
-      "OR "
-      "zone.id IN (SELECT zone FROM envelope_part WHERE envelope = item.envelope))");
-  carry->bind(1, id);
-  carry->bind(2, from);
-  carry->bind(3, to);
-  carry->exec();
+void ItemTable::shareZones(RowId id, RowId calendar) {
+  const std::optional<ItemRow> row = find(id);
+  if (!row) return;
+  for (const std::string& tzid : ical::timeZonesIn(row->text))
+    if (const auto zone = zoneRow(row->calendar, row->envelope, tzid)) linkZone(calendar, *zone);
+}
+
+void ItemTable::leaveEnvelope(RowId id) {
   const auto leave = database_.statement("UPDATE item SET envelope = NULL, places = NULL WHERE id = ?");
   leave->bind(1, id);
   leave->exec();
@@ -249,9 +249,13 @@ ItemTable::Zone ItemTable::loadZone(RowId zone) {
 // What the calendar means by the TZID now is written down, so that no later import gives it another meaning.
 void ItemTable::ensureTimeZone(RowId calendar, std::string_view tzid, std::string_view vtimezone) {
   const auto known = zoneRow(calendar, std::nullopt, std::string(tzid));
+  linkZone(calendar, known ? *known : keepZone(tzid, vtimezone));
+}
+
+void ItemTable::linkZone(RowId calendar, RowId zone) {
   const auto link = database_.statement("INSERT OR IGNORE INTO calendar_zone VALUES (?, ?)");
   link->bind(1, calendar);
-  link->bind(2, known ? *known : keepZone(tzid, vtimezone));
+  link->bind(2, zone);
   link->exec();
 }
 

@@ -67,6 +67,8 @@ class ItemTable {
   // Makes sure that items made here can name this zone: a calendar that has no VTIMEZONE of that TZID yet
   // gets this one, which exports then bring along.
   void ensureTimeZone(RowId calendar, std::string_view tzid, std::string_view vtimezone);
+  // Before a part of the item becomes an item of that calendar: its TZIDs will mean the same there.
+  void shareZones(RowId id, RowId calendar);
   // The row of a VTIMEZONE's text, made when there is none.
   RowId keepZone(std::string_view tzid, std::string_view vtimezone);
 
@@ -75,7 +77,8 @@ class ItemTable {
 
   void insertIndexRows(RowId id, RowId calendar, const ItemIndex& index);
   void update(RowId id, RowId calendar, std::string_view text, const ItemIndex& index);
-  void carryZones(RowId id, RowId from, RowId to);
+  void leaveEnvelope(RowId id);
+  void linkZone(RowId calendar, RowId zone);
   std::optional<RowId> zoneRow(RowId calendar, std::optional<RowId> envelope, const std::string& tzid);
   Zone loadZone(RowId zone);
 

@@ -36,7 +36,9 @@ EventWriter::Saved EventWriter::saveWhole(const EmbeddedEvent& event, Resource& 
   return {write(home, resource), place};
 }
 
-EventWriter::Saved EventWriter::saveFuture(const EmbeddedEvent& event, Resource& resource, const Home& home) {
+// What was before stays in its calendar, also when the rest goes to another one.
+EventWriter::Saved EventWriter::saveFuture(const EmbeddedEvent& event, Resource& resource, const Home& home,
+                                           RowId calendar) {
   const WallTime place = *event.placement().recurrenceId;
   Resource future = resource;
   if (event.areRulesChanged() && event.rules().empty()) {
@@ -50,13 +52,14 @@ EventWriter::Saved EventWriter::saveFuture(const EmbeddedEvent& event, Resource&
   }
   future.setUid(newIdentifier());
   future.master().set(ical::Line::make("SEQUENCE", "0"));
-  const std::optional<WallTime> newPlace = editWhole(event, future, home.calendar);
+  const std::optional<WallTime> newPlace = editWhole(event, future, calendar);
 
+  items_.shareZones(home.row, calendar);
   resource.endBefore(place);
   stamp(resource.master(), now_, true);
   write(home, resource);
   const ItemIndex index = future.index();
-  const RowId row = items_.insert(home.calendar, index.uid, future.text(), index);
+  const RowId row = items_.insert(calendar, index.uid, future.text(), index);
   return {row, newPlace};
 }
 
@@ -82,6 +85,7 @@ EventWriter::Saved EventWriter::saveSeparately(const EmbeddedEvent& event, Resou
   separate.master().remove("RECURRENCE-ID");
   editOccurrence(event, separate.master(), resource.zones(), calendar);
   separate.setUid(newIdentifier());
+  items_.shareZones(home.row, calendar);
   resource.exclude(place);
   if (!resource.components().empty()) stamp(resource.master(), now_, true);
   write(home, resource);

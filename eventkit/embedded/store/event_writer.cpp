@@ -74,6 +74,7 @@ std::optional<EventWriter::Saved> EventWriter::saveStored(const EmbeddedEvent& e
   std::optional<ItemRow> row = currentRow(event);
   const Home home = row ? Home{row->id, calendar, row->identifier} : Home{0, calendar, event.identifier()};
   const RowId oldCalendar = row ? row->calendar : calendar;
+  const Home oldHome{home.row, oldCalendar, home.identifier};
   const bool isMove = oldCalendar != calendar;
   const auto refused = [&error](ErrorCode code) -> std::optional<Saved> {
     refuse(error, code);
@@ -91,14 +92,14 @@ std::optional<EventWriter::Saved> EventWriter::saveStored(const EmbeddedEvent& e
   const auto first = recurrence::firstOccurrence(series->series, *TimeZone::defaultZone());
   const bool isLater = first && *place > first->recurrenceId;
   if (span == Span::futureEvents)
-    return isLater ? saveFuture(event, resource, home) : saveWhole(event, resource, home);
+    return isLater ? saveFuture(event, resource, oldHome, calendar) : saveWhole(event, resource, home);
   if (event.areRulesChanged()) {
     if (isLater || event.isDetached()) return refused(ErrorCode::invalidSpan);
     return saveWhole(event, resource, home);
   }
   if (event.isStartChanged() && collides(event, series->series))
     return refused(ErrorCode::startDateCollidesWithOtherOccurrence);
-  if (isMove) return saveSeparately(event, resource, {home.row, oldCalendar, home.identifier}, calendar);
+  if (isMove) return saveSeparately(event, resource, oldHome, calendar);
   return saveOccurrence(event, resource, home);
 }
 

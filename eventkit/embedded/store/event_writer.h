@@ -46,7 +46,7 @@ class EventWriter {
   // After the commit: the object shows what is stored.
   void bringUpToDate(EmbeddedEvent& event, const Saved& saved);
   Saved saveWhole(const EmbeddedEvent& event, Resource& resource, const Home& home);
-  Saved saveFuture(const EmbeddedEvent& event, Resource& resource, const Home& home);
+  Saved saveFuture(const EmbeddedEvent& event, Resource& resource, const Home& home, RowId calendar);
   Saved saveOccurrence(const EmbeddedEvent& event, Resource& resource, const Home& home);
   Saved saveSeparately(const EmbeddedEvent& event, Resource& resource, const Home& home, RowId calendar);
 
