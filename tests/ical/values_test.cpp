@@ -113,6 +113,9 @@ TEST(Texts, AreEscapedAndBack) {
     EXPECT_EQ(decodeText(escaped), text);
   }
   EXPECT_EQ(encodeText("a\r\nb\nc\r\rd"), "a\\nb\\nc\\n\\nd");
+  EXPECT_EQ(encodeText("a\vb\fc\x01"
+                       "d\x7F\te"),
+            "a\\nb\\ncd\te");
 }
 
 TEST(Texts, AreReadAsCarelessProgramsWriteThem) {

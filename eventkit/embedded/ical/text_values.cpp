@@ -54,6 +54,12 @@ char unescaped(char c) {
   return kEscaped.find(c) != std::string_view::npos ? c : '\0';
 }
 
+// What a TEXT may not hold.
+bool isControl(char c) {
+  const auto code = static_cast<unsigned char>(c);
+  return (code < 0x20 && c != '\t') || code == 0x7F;
+}
+
 bool isPlain(char c) { return c != '\\' && static_cast<unsigned char>(c) < 0x80; }
 
 }  // namespace
@@ -89,6 +95,10 @@ std::string encodeText(std::string_view text) {
     if (c == '\r' || c == '\n') {
       escaped += "\\n";
       if (text.substr(at).starts_with("\r\n")) ++at;
+      continue;
+    }
+    if (isControl(c)) {
+      if (c == '\v' || c == '\f') escaped += "\\n";
       continue;
     }
     if (c == '\\' || c == ';' || c == ',') escaped += '\\';

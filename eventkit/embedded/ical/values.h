@@ -31,7 +31,8 @@ std::string formatDuration(const recurrence::Duration& duration);
 std::optional<std::chrono::seconds> parseUtcOffset(std::string_view text);
 std::string formatUtcOffset(std::chrono::seconds offset);
 
-// TEXT: `\n` is read as a carriage return, as FileMaker has it; CR, LF and CRLF are written as `\n`.
+// TEXT: `\n` is read as a carriage return, as FileMaker has it; CR, LF, CRLF, vertical tabs and form feeds
+// are written as `\n`. Other control characters but tabs have no place in a TEXT and are left out.
 std::string decodeText(std::string_view escaped);
 std::string encodeText(std::string_view text);
 
