@@ -9,7 +9,7 @@ namespace ek {
 void throwException(const std::string& reason) { throw Exception(reason); }
 
 Color calibratedColor(double red, double green, double blue, double alpha) {
-  const auto clamp = [](double component) { return std::clamp(component, 0.0, 1.0); };
+  const auto clamp = [](double component) { return std::min(std::max(0.0, component), 1.0); };  // -0 is 0
   return {clamp(red), clamp(green), clamp(blue), clamp(alpha)};
 }
 

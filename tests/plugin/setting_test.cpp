@@ -158,7 +158,7 @@ TEST_F(Setting, ColorsInThreeNumbers) {
       {"255 0 0", "255 0 0"},         {"27\t173\u00a0248", "27 173 248"},
       {"0.4 127.5 1e2", "0 128 100"}, {"300 65025 0", "255 255 0"},
       {"+5 0 .4", "5 0 0"},           {"abc 7x 12,5", "0 7 12"},
-      {"2550e-1 1 1", "255 1 1"}};
+      {"2550e-1 1 1", "255 1 1"},     {"-0 1 1", "0 1 1"}};
   for (const auto& [text, color] : taken) {
     SCOPED_TRACE(text);
     expectOutcome(backend_.setCalendarProp("color", Value(text)), 0);
