@@ -321,7 +321,8 @@ TEST_F(Texts, BothSidesChangedAlarmsOfOneEvent) {
 TEST_F(Texts, ARepeatingReminderGivesWayToItsNext) {
   import(
       "BEGIN:VTODO\r\nUID:1\r\nSUMMARY:rent\r\nDTSTART;VALUE=DATE:20240501\r\nDUE;VALUE=DATE:20240503\r\n"
-      "RRULE:FREQ=MONTHLY;COUNT=2\r\nEND:VTODO\r\n");
+      "RRULE:FREQ=MONTHLY;COUNT=2\r\nBEGIN:VALARM\r\nACTION:DISPLAY\r\n"
+      "TRIGGER;VALUE=DATE-TIME:20240503T060000Z\r\nDESCRIPTION:d\r\nEND:VALARM\r\nEND:VTODO\r\n");
   const auto reminder = std::dynamic_pointer_cast<ek::Reminder>(store_->calendarItemWithIdentifier("1"));
   ASSERT_TRUE(reminder);
   std::optional<ek::Error> error;
@@ -330,6 +331,7 @@ TEST_F(Texts, ARepeatingReminderGivesWayToItsNext) {
   EXPECT_FALSE(reminder->isCompleted());
   const auto june = std::chrono::local_days(std::chrono::year(2024) / 6 / 3);
   EXPECT_EQ(reminder->dueDateComponents()->wall, june);
+  EXPECT_EQ(reminder->alarms()[0]->absoluteDate(), utc(2024, 6, 3, 6));
   reminder->setCompleted(true);
   ASSERT_TRUE(store_->saveReminder(reminder, error));
   EXPECT_TRUE(reminder->isCompleted()) << "it was the last one";
@@ -350,6 +352,46 @@ TEST_F(Texts, AlarmsOfRemindersCountFromTheDueDate) {
   std::optional<ek::Error> error;
   ASSERT_TRUE(store_->saveReminder(item, error));
   EXPECT_THAT(textOf(item->calendarItemIdentifier()), HasSubstr("TRIGGER;RELATED=END:-PT1M\r\n"));
+}
+
+TEST_F(Texts, AlarmsStayWithTheirReminderWhenItsDueDateMoves) {
+  constexpr struct {
+    const char* times;
+    const char* written;
+  } cases[] = {
+      {"DTSTART:20240501T090000Z\r\nDUE:20240501T090000Z\r\n",
+       "DTSTART:20240508T100000\r\nDUE:20240508T100000"},
+      {"DTSTART:20240509T090000Z\r\nDUE:20240509T090000Z\r\n",
+       "DTSTART:20240508T100000\r\nDUE:20240508T100000"},
+      {"DTSTART:20240509T090000Z\r\nDUE:20240509T120000Z\r\n", "TRIGGER;RELATED=END:-PT4H\r\n"},
+      {"", "TRIGGER;RELATED=END:-PT1H\r\n"},
+  };
+  int number = 0;
+  for (const auto& [times, written] : cases) {
+    SCOPED_TRACE(++number);
+    import("BEGIN:VTODO\r\nUID:" + std::to_string(number) + "\r\n" + times +
+           "BEGIN:VALARM\r\nACTION:DISPLAY\r\nTRIGGER:-PT1H\r\nDESCRIPTION:d\r\nEND:VALARM\r\nEND:VTODO\r\n");
+    const auto item = store_->calendarItemWithIdentifier(std::to_string(number));
+    const double offset = item->alarms()[0]->relativeOffset();
+    ek::asReminder(*item).setDueDateComponents(
+        ek::DateComponents{.wall = std::chrono::local_days(std::chrono::year(2024) / 5 / 8) + hours(10)});
+    std::optional<ek::Error> error;
+    ASSERT_TRUE(store_->saveReminder(item, error));
+    EXPECT_EQ(store_->calendarItemWithIdentifier(std::to_string(number))->alarms()[0]->relativeOffset(),
+              offset);
+    EXPECT_THAT(textOf(item->calendarItemIdentifier()), HasSubstr(written));
+  }
+}
+
+TEST_F(Texts, AnEndInTheRepeatedHourIsTheOneThatWasMeant) {
+  // Clocks in Berlin go from 3:00 back to 2:00 on 27 October 2024, at 1:00 UTC.
+  const auto event = newEvent("a", utc(2024, 10, 27, 0, 45), minutes(30));
+  EXPECT_THAT(textAfterSave(event),
+              HasSubstr("DTSTART;TZID=Europe/Berlin:20241027T024500\r\nDURATION:PT30M\r\n"));
+  EXPECT_EQ(elsewhere()->eventWithIdentifier(*event->eventIdentifier())->endDate(), utc(2024, 10, 27, 1, 15));
+  event->setEndDate(utc(2024, 10, 27, 2));
+  EXPECT_THAT(textAfterSave(event),
+              AllOf(HasSubstr("DTEND;TZID=Europe/Berlin:20241027T030000\r\n"), Not(HasSubstr("DURATION"))));
 }
 
 TEST_F(Texts, ItemsMadeInAZoneWithoutANameBringTheirRule) {

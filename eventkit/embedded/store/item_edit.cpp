@@ -153,8 +153,21 @@ void writeTimes(ical::Component& component, const ZoneFinder& zones, const TimeF
   if (keepsForm && instantOf(momentOf(*oldEnd), *form.zone) == form.instantOf(endWall)) return;
   const ical::Line* endLine = component.find("DTEND");
   const TimeForm endForm = keepsForm && endLine != nullptr ? formOf(*endLine, zones) : form;
+  if (!isDay) return writeEnd(component, endForm, start, end);
   component.remove("DURATION");
-  setValue(component, endForm.line("DTEND", isDay ? endWall : endForm.wallOf(end)));
+  setValue(component, endForm.line("DTEND", endWall));
+}
+
+void writeEnd(ical::Component& component, const TimeForm& form, Date start, Date end) {
+  const WallTime wall = form.wallOf(end);
+  if (form.instantOf(wall) == end) {
+    component.remove("DURATION");
+    setValue(component, form.line("DTEND", wall));
+  } else {
+    component.remove("DTEND");
+    const recurrence::Duration length{.seconds = (end - start).count()};
+    setValue(component, ical::Line::make("DURATION", ical::formatDuration(length)));
+  }
 }
 
 }  // namespace ek::embedded

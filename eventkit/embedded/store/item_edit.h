@@ -28,5 +28,8 @@ void writeRules(ical::Component& component, const ItemState& item, const ZonedTi
 // Of an event. `end` as an event shows it: the last second of the last day where the form is a day.
 void writeTimes(ical::Component& component, const ZoneFinder& zones, const TimeForm& form, Date start,
                 Date end);
+// The end of an event with times, as DTEND. In the hour that a clock shows twice DTEND can only mean the
+// first; the second is written as a DURATION.
+void writeEnd(ical::Component& component, const TimeForm& form, Date start, Date end);
 
 }  // namespace ek::embedded

@@ -41,11 +41,49 @@ void fitStart(ical::Component& task, const ZoneFinder& zones, const TimeForm& fo
     task.remove("DTSTART");
 }
 
+bool isSameTime(const ZonedTime& a, const ZonedTime& b) {
+  const auto zone = TimeZone::defaultZone();
+  return a.isDate == b.isDate && instantOf(momentOf(a), *zone) == instantOf(momentOf(b), *zone);
+}
+
+// Many programs let a task start when it is due.
+bool startsWhenDue(const ical::Component& task, const ZoneFinder& zones) {
+  const ical::Line* line = task.find("DTSTART");
+  const std::optional<ZonedTime> start = line == nullptr ? std::nullopt : readTime(*line, zones);
+  const std::optional<ZonedTime> due = readEnd(task, zones);
+  return start && due && isSameTime(*start, *due);
+}
+
+// Alarms count from the start, unless they say otherwise; in a task that has no start they have to. `before`:
+// what they counted from so far.
+void countFromDue(ical::Component& task, const AlarmAnchor& before) {
+  if (task.find("DTSTART") != nullptr || task.find("DUE") == nullptr) return;
+  for (ical::Component& alarm : task.components()) {
+    const ical::Line* trigger = alarm.find("TRIGGER");
+    const auto offset = trigger == nullptr ? std::nullopt : ical::parseDuration(trigger->value());
+    if (!offset || equalsIgnoringCase(trigger->parameter("RELATED").value_or(""), "END")) continue;
+    constexpr std::int64_t kDay = 86400;
+    const std::int64_t shown = offset->days * kDay + offset->seconds + before.startShift;
+    alarm.set(ical::Line::make("TRIGGER", ical::formatDuration({.seconds = shown}), {{"RELATED", "END"}}));
+  }
+}
+
 void shiftTime(ical::Component& task, std::string_view name, std::chrono::seconds shift,
                const ZoneFinder& zones) {
   const ical::Line* line = task.find(name);
   const std::optional<ZonedTime> time = line == nullptr ? std::nullopt : readTime(*line, zones);
   if (time) task.set(line->withValue(formOf(*line, zones).value(time->wall + shift)));
+}
+
+// Alarms that ring at a date do so for the next of a series as they did for this one.
+void shiftAlarmDates(ical::Component& task, const TimeForm& form, std::chrono::seconds shift,
+                     const ZoneFinder& zones) {
+  for (ical::Component& alarm : task.components()) {
+    const std::optional<Date> date = readInstant(alarm, "TRIGGER", zones);
+    if (!date) continue;
+    const Date moved = form.instantOf(form.zone->wallTimeOf(*date) + shift);
+    alarm.set(alarm.find("TRIGGER")->withValue(utcLine("TRIGGER", moved).value()));
+  }
 }
 
 // Makes a repeating task the next one of its series; false when this was the last.
@@ -65,8 +103,10 @@ bool advance(ical::Component& task, const ZoneFinder& zones) {
 
   if (rule->count) task.set(ruleLine->withValue(ruleWithCount(ruleLine->value(), *rule->count - 1)));
   const auto shift = *next - start->wall;
+  const TimeForm form = formOf(*anchor, zones);
   shiftTime(task, "DTSTART", shift, zones);
   shiftTime(task, "DUE", shift, zones);
+  shiftAlarmDates(task, form, shift, zones);
   return true;
 }
 
@@ -152,8 +192,10 @@ void ReminderWriter::edit(const EmbeddedReminder& reminder, ical::Component& tas
       setValue(task, ical::Line::make("PRIORITY", std::to_string(reminder.priority())));
   }
   if (reminder.areRulesChanged()) writeRules(task, reminder, readEnd(task, zones).value_or(ZonedTime{}));
+  const AlarmAnchor anchorBefore = anchorOf(task, zones);
   if (reminder.isDueChanged() || reminder.areRulesChanged()) writeDue(reminder, task, zones, calendar);
   writeAlarms(task, reminder, anchorOf(task, zones));
+  if (reminder.isDueChanged()) countFromDue(task, anchorBefore);
   if (reminder.isCompletionChanged()) writeCompletion(reminder, task, zones);
   if (!reminder.isNew())
     stamp(task, now_,
@@ -163,6 +205,7 @@ void ReminderWriter::edit(const EmbeddedReminder& reminder, ical::Component& tas
 void ReminderWriter::writeDue(const EmbeddedReminder& reminder, ical::Component& task,
                               const ZoneFinder& zones, RowId calendar) {
   const std::optional<DateComponents> due = reminder.dueDateComponents();
+  const bool movesStart = startsWhenDue(task, zones);
   task.remove("DURATION");
   if (!due) {
     task.remove("DUE");
@@ -171,7 +214,10 @@ void ReminderWriter::writeDue(const EmbeddedReminder& reminder, ical::Component&
   const TimeForm form = formOfDue(*due);
   keepZone(items_, calendar, form);
   setValue(task, form.line("DUE", due->wall));
-  fitStart(task, zones, form, due->wall);
+  if (movesStart)
+    setValue(task, form.line("DTSTART", due->wall));
+  else
+    fitStart(task, zones, form, due->wall);
 }
 
 void ReminderWriter::writeCompletion(const EmbeddedReminder& reminder, ical::Component& task,

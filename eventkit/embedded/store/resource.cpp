@@ -4,6 +4,7 @@
 
 #include "eventkit/embedded/ical/values.h"
 #include "eventkit/embedded/store/fields.h"
+#include "eventkit/embedded/store/item_edit.h"
 #include "eventkit/embedded/store/rule_text.h"
 #include "eventkit/embedded/store/rules.h"
 
@@ -52,7 +53,8 @@ void moveEnd(ical::Component& component, const ZonedTime& oldStart, const TimeFo
   const TimeForm endForm = formOf(*line, zones);
   const Date oldInstant = form.instantOf(oldStart.wall);
   const seconds length = endForm.instantOf(end->wall) - oldInstant;
-  component.set(line->withValue(endForm.value(endForm.wallOf(form.instantOf(newStart) + length))));
+  const Date start = form.instantOf(newStart);
+  writeEnd(component, endForm, start, start + length);
 }
 
 }  // namespace
