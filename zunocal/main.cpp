@@ -12,9 +12,12 @@ namespace {
 
 using zunocal::Database;
 
+constexpr int kFailure = 1;
+constexpr int kWrongUsage = 2;
+
 int complain(const char* reason) noexcept {
   std::fprintf(stderr, "zunocal: %s\n", reason);
-  return 1;
+  return kFailure;
 }
 
 int run(int argc, char** argv) {
@@ -33,44 +36,46 @@ int run(int argc, char** argv) {
   });
 
   zunocal::ImportRequest request;
-  CLI::App* import =
+  CLI::App* imported =
       app.add_subcommand("import", "Bring iCalendar (.ics) and vCard (.vcf) files into the store");
-  import
+  imported
       ->add_option("--calendar", request.title,
                    "Title of the calendar and the list, in place of the file's own")
       ->type_name("TITLE");
   CLI::Option* readOnly =
-      import->add_flag("--read-only", request.isReadOnly, "Let nobody change what is imported");
-  import->add_flag("--subscribed", request.isSubscribed, "As a subscription, which nobody can change either")
+      imported->add_flag("--read-only", request.isReadOnly, "Let nobody change what is imported");
+  imported
+      ->add_flag("--subscribed", request.isSubscribed, "As a subscription, which nobody can change either")
       ->excludes(readOnly);
-  import->add_option("FILE|DIR", request.paths, "Files, or folders with such files")->required();
-  import->callback(
-      [&] { command = [&](Database& database) { return zunocal::importFiles(database, request, asJson);
-};
-}  // namespace
-);
+  imported->add_option("FILE|DIR", request.paths, "Files, or folders with such files")->required();
+  imported->callback(
+      [&] { command = [&](Database& database) { return zunocal::importFiles(database, request, asJson); }; });
 
-std::vector<std::string> titles;
-std::string file;
-CLI::App* exported = app.add_subcommand("export", "Write calendars as iCalendar");
-exported->add_option("--calendar", titles, "Only calendars and lists of this title")
-    ->type_name("TITLE")
-    ->take_all()
-    ->expected(1)
-    ->allow_extra_args(false);
-exported->add_option("-o,--output", file, "To this file and not to standard output")->type_name("FILE");
-exported->callback([&] {
-  command = [&](Database& database) { return zunocal::exportCalendars(database, titles, file); };
-});
+  std::vector<std::string> titles;
+  std::string file;
+  CLI::App* exported = app.add_subcommand("export", "Write calendars as iCalendar");
+  exported->add_option("--calendar", titles, "Only calendars and lists of this title")
+      ->type_name("TITLE")
+      ->take_all()
+      ->expected(1)
+      ->allow_extra_args(false);
+  exported->add_option("-o,--output", file, "To this file and not to standard output")->type_name("FILE");
+  exported->callback([&] {
+    command = [&](Database& database) { return zunocal::exportCalendars(database, titles, file); };
+  });
 
-app.add_subcommand("check", "Tell whether the store is sound")->callback([&] {
-  command = [&](Database& database) { return zunocal::checkStore(database, asJson); };
-});
+  app.add_subcommand("check", "Tell whether the store is sound")->callback([&] {
+    command = [&](Database& database) { return zunocal::checkStore(database, asJson); };
+  });
 
-CLI11_PARSE(app, argc, argv);
-std::string why;
-const auto database = Database::open(store.empty() ? ek::embedded::defaultStorePath() : store, why);
-return database ? command(*database) : complain(why.c_str());
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& fault) {
+    return app.exit(fault) == 0 ? 0 : kWrongUsage;
+  }
+  std::string why;
+  const auto database = Database::open(store.empty() ? ek::embedded::defaultStorePath() : store, why);
+  return database ? command(*database) : complain(why.c_str());
 }
 
 }  // namespace

@@ -120,7 +120,7 @@ TEST_F(Zunocal, RefusesWrongArguments) {
                                              {"import", "--read-only", "--subscribed", "x.ics"},
                                              {"list", "--bogus"}}) {
     const Outcome outcome = zunocal(arguments);
-    EXPECT_NE(outcome.status, 0);
+    EXPECT_EQ(outcome.status, 2) << outcome.errors;
     EXPECT_FALSE(outcome.errors.empty());
   }
   EXPECT_FALSE(std::filesystem::exists(store_));
