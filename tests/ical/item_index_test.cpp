@@ -261,6 +261,8 @@ TEST(IndexingTasks, ReadsDueDateAndCompletion) {
       {"start alone", "DTSTART:20240115T090000Z", "open"},
       {"completed", "COMPLETED:20240115T090000Z\nSTATUS:COMPLETED", "completed 20240115T090000Z"},
       {"completed, status unsaid", "COMPLETED:20240115T090000Z", "completed 20240115T090000Z"},
+      {"completed at UTC that does not say so", "COMPLETED:20240115T090000", "completed 20240115T090000Z"},
+      {"completed in a zone", "COMPLETED;TZID=Europe/Berlin:20240115T090000", "completed 20240115T080000Z"},
       {"completed without a date", "STATUS:completed", "completed"},
       {"completed at no date", "COMPLETED:!8640709T114431\nSTATUS:NEEDS-ACTION", "open"},
       {"all of it done, but not completed", "PERCENT-COMPLETE:100\nSTATUS:IN-PROCESS", "open"},

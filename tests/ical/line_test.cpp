@@ -22,7 +22,7 @@ TEST(ContentLine, ReadsParametersAsProgramsWriteThem) {
       {"A;X=\"a;b:c,d\";Y=2:v:w", "Y", "2", "v:w"},
       {"A;X=a,b:v", "X", "a", "v"},
       {"A;X=\"a,b\",c:v", "X", "a,b", "v"},
-      {"A;X=say ^'hi^'^nnow^^:v", "X", "say \"hi\"\nnow^", "v"},
+      {"A;X=say ^'hi^'^nnow^^:v", "X", "say \"hi\"\rnow^", "v"},
       {"A;X=lone^ caret^x:v", "X", "lone^ caret^x", "v"},
       {"A;;X=1:v", "X", "1", "v"},
       {"A;BARE;X=:v", "X", "", "v"},

@@ -86,6 +86,33 @@ TEST_F(Texts, GettersReadWhatOthersWrote) {
   EXPECT_EQ(rules[0].daysOfTheWeek, std::vector{ek::DayOfWeek::dayOfWeek(4)});
 }
 
+TEST_F(Texts, GettersReadWhatOthersWroteLoosely) {
+  const auto event = imported(
+      "BEGIN:VEVENT\r\nUID:1\r\nDTSTART:20240501T090000Z\r\n"
+      "CREATED:20240101T120000\r\nLAST-MODIFIED;TZID=Europe/Berlin:20240102T120000\r\n"
+      "ATTENDEE;CN=\"Ann^n^'B^'\":mailto:ann\r\n"
+      "BEGIN:VALARM\r\nACTION:EMAIL\r\nTRIGGER:PT0S\r\n"
+      "ATTENDEE:mailto:o%27brien%2541%zz@example.org?subject=x\r\nEND:VALARM\r\nEND:VEVENT\r\n",
+      "1");
+  EXPECT_EQ(event->creationDate(), utc(2024, 1, 1, 12)) << "in UTC, though it does not say so";
+  EXPECT_EQ(event->lastModifiedDate(), utc(2024, 1, 2, 11));
+  EXPECT_EQ(event->attendees().at(0).name, "Ann\r\"B\"");
+  const auto alarm = event->alarms().at(0);
+  EXPECT_EQ(alarm->emailAddress(), "o'brien%41%zz@example.org");
+  alarm->setEmailAddress("100%41?@example.org");
+  EXPECT_THAT(textAfterSave(event), HasSubstr("ATTENDEE:mailto:100%2541%3F@example.org\r\n"));
+  EXPECT_EQ(store_->eventWithIdentifier("1")->alarms().at(0)->emailAddress(), "100%41?@example.org");
+
+  import("BEGIN:VTODO\r\nUID:2\r\nSTATUS: completed \r\nPRIORITY: +5\r\nEND:VTODO\r\n");
+  import("BEGIN:VTODO\r\nUID:3\r\nCOMPLETED:20240501T090000\r\nEND:VTODO\r\n");
+  const auto reminder = [&](const char* uid) {
+    return std::dynamic_pointer_cast<ek::Reminder>(store_->calendarItemWithIdentifier(uid));
+  };
+  EXPECT_TRUE(reminder("2")->isCompleted());
+  EXPECT_EQ(reminder("2")->priority(), 5);
+  EXPECT_EQ(reminder("3")->completionDate(), utc(2024, 5, 1, 9));
+}
+
 TEST_F(Texts, AnEditTouchesWhatItChangesAndNothingElse) {
   const auto event = imported(kMeeting, "meeting@example.org");
   event->setTitle("Treffen; kurz");

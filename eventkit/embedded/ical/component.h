@@ -27,7 +27,8 @@ class Line {
   std::string_view name() const { return content_.substr(0, parts_.nameLength); }  // as written
   bool is(std::string_view name) const;                                            // without regard to case
   std::string_view value() const;  // unfolded, still escaped; of a broken line all of it
-  // The first value of a parameter, without quotes, RFC 6868 carets decoded.
+  // The first value of a parameter, without quotes, RFC 6868 carets decoded: a line break as decodeText has
+  // it.
   std::optional<std::string> parameter(std::string_view name) const;
   // The same with carets as they are written: costs no allocation.
   std::optional<std::string_view> rawParameter(std::string_view name) const;

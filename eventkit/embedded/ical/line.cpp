@@ -71,7 +71,7 @@ std::string withoutCarets(std::string_view text) {
       decoded += text[at];
       continue;
     }
-    decoded += next == '^' ? '^' : next == 'n' ? '\n' : '"';
+    decoded += next == '^' ? '^' : next == 'n' ? '\r' : '"';
     ++at;
   }
   return decoded;

@@ -1,4 +1,6 @@
 // TEXT values and lists.
+#include <charconv>
+
 #include "eventkit/embedded/ical/values.h"
 
 namespace ek::ical {
@@ -105,6 +107,13 @@ std::string encodeText(std::string_view text) {
     escaped += c;
   }
   return escaped;
+}
+
+std::optional<char> hexByte(std::string_view digits) {
+  unsigned value = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
+  if (digits.size() != 2 || error != std::errc() || end != digits.data() + 2) return std::nullopt;
+  return static_cast<char>(value);
 }
 
 std::vector<std::string_view> splitList(std::string_view value, char separator) {

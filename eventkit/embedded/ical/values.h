@@ -36,6 +36,9 @@ std::string formatUtcOffset(std::chrono::seconds offset);
 std::string decodeText(std::string_view escaped);
 std::string encodeText(std::string_view text);
 
+// The byte that two hexadecimal digits mean.
+std::optional<char> hexByte(std::string_view digits);
+
 // At unescaped separators (COMMA lists of values).
 std::vector<std::string_view> splitList(std::string_view value, char separator = ',');
 

@@ -21,13 +21,6 @@ constexpr NamePart kNameOrder[] = {kPrefix, kGiven, kMiddle, kFamily, kSuffix};
 
 constexpr int kNotPreferred = 101;  // PREF goes from 1, the most preferred, to 100
 
-std::optional<char> hexByte(std::string_view digits) {
-  unsigned value = 0;
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
-  if (digits.size() != 2 || error != std::errc() || end != digits.data() + 2) return std::nullopt;
-  return static_cast<char>(value);
-}
-
 // An "=" that encodes nothing is what is left of a soft line break.
 std::string fromQuotedPrintable(std::string_view text) {
   std::string decoded;

@@ -80,11 +80,6 @@ std::string titleOf(const Component& component) {
   return ical::decodeText(component.value("SUMMARY").value_or(std::string_view()));
 }
 
-bool hasStatus(const Component& component, std::string_view status) {
-  const auto value = component.value("STATUS");
-  return value && ical::equalNames(ical::trimmed(*value), status);
-}
-
 bool isCancelled(const Component& component) { return hasStatus(component, "CANCELLED"); }
 
 bool isOverride(const Component& component) { return component.find("RECURRENCE-ID") != nullptr; }
@@ -332,13 +327,6 @@ std::optional<Entry> indexOverridesAlone(const std::vector<const Component*>& ov
   return reader->take();
 }
 
-// Of COMPLETED, CREATED and the like, which are in UTC, written or not.
-std::optional<Date> readInstant(const Component& component, std::string_view name) {
-  const auto value = component.value(name);
-  const auto time = value ? ical::parseDateTime(*value) : std::nullopt;
-  return time ? std::optional(Date(time->wall.time_since_epoch())) : std::nullopt;
-}
-
 std::optional<Moment> dueOf(const Component& task, Zones& zones) {
   if (const auto due = readProperty(task, "DUE", zones)) return momentOf(*due);
   const auto start = readProperty(task, "DTSTART", zones);
@@ -346,9 +334,10 @@ std::optional<Moment> dueOf(const Component& task, Zones& zones) {
   return start && duration ? std::optional(after(*start, *duration)) : std::nullopt;
 }
 
-ReminderEntry indexTask(const Component& task, Zones& zones) {
-  ReminderEntry entry{
-      .isCompleted = false, .completion = readInstant(task, "COMPLETED"), .due = dueOf(task, zones)};
+ReminderEntry indexTask(const Component& task, const ZoneFinder& zoneFinder, Zones& zones) {
+  ReminderEntry entry{.isCompleted = false,
+                      .completion = readStamp(task, "COMPLETED", zoneFinder),
+                      .due = dueOf(task, zones)};
   entry.isCompleted = entry.completion || hasStatus(task, "COMPLETED");
   return entry;
 }
@@ -379,19 +368,31 @@ std::optional<ItemIndex> indexItem(const std::vector<ical::Component>& component
   }
   const Component& leading = master ? *master : components.front();
   Zones zones(zoneFinder);
-  std::optional<Entry> entry = isTask   ? Entry(indexTask(leading, zones))
+  std::optional<Entry> entry = isTask   ? Entry(indexTask(leading, zoneFinder, zones))
                                : master ? indexWithMaster(*master, overrides, zones, why)
                                         : indexOverridesAlone(overrides, zones, why);
   if (!entry) return std::nullopt;
   return ItemIndex{.kind = isTask ? EntityType::reminder : EntityType::event,
                    .uid = ical::decodeText(ical::trimmed(leading.value("UID").value_or(std::string_view()))),
-                   .created = readInstant(leading, "CREATED"),
+                   .created = readStamp(leading, "CREATED", zoneFinder),
                    .entry = *std::move(entry)};
 }
 
 std::optional<ZonedTime> readTime(const ical::Line& line, const ZoneFinder& zoneFinder) {
   Zones zones(zoneFinder);
   return readTimeOf(line, line.value(), zones);
+}
+
+std::optional<Date> readStamp(const ical::Component& component, std::string_view name,
+                              const ZoneFinder& zoneFinder) {
+  Zones zones(zoneFinder);
+  const std::optional<ZonedTime> time = readProperty(component, name, zones);
+  return time ? std::optional(instantOf(momentOf(*time), *utc().zone)) : std::nullopt;
+}
+
+bool hasStatus(const ical::Component& component, std::string_view status) {
+  const auto value = component.value("STATUS");
+  return value && ical::equalNames(ical::trimmed(*value), status);
 }
 
 WallTime placeInSeries(const ZonedTime& time, const ZonedTime& start) {

@@ -65,6 +65,10 @@ struct ZonedTime {
   KeyedZone zone;  // UTC for a value with Z; null zone: floating
 };
 std::optional<ZonedTime> readTime(const ical::Line& line, const ZoneFinder& zones);
+// COMPLETED, CREATED or LAST-MODIFIED: in UTC, written or not, unless they name a zone all the same.
+std::optional<Date> readStamp(const ical::Component& component, std::string_view name,
+                              const ZoneFinder& zones);
+bool hasStatus(const ical::Component& component, std::string_view status);
 Moment momentOf(const ZonedTime& time);
 // Where a RECURRENCE-ID, an EXDATE or an RDATE lies in a series with that start: wall-clock time of the
 // series' zone, 00:00 in a series of days. A date in a series with times means the occurrence of that day.

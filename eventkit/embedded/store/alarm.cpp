@@ -71,7 +71,7 @@ void setAction(ical::Component& valarm, const AlarmValues& values) {
   valarm.set(ical::Line::make("ACTION", actionOf(values.type)));
   valarm.remove("ATTENDEE");
   valarm.remove("ATTACH");
-  if (values.email) valarm.add(ical::Line::make("ATTENDEE", "mailto:" + *values.email));
+  if (values.email) valarm.add(ical::Line::make("ATTENDEE", calendarAddressOf(*values.email)));
   if (values.sound) valarm.add(ical::Line::make("ATTACH", *values.sound, {{"VALUE", "URI"}}));
   if (values.url) valarm.add(ical::Line::make("ATTACH", *values.url, {{"VALUE", "URI"}}));
 }
@@ -98,7 +98,7 @@ AlarmValues readAlarm(const ical::Component& valarm, const AlarmAnchor& anchor, 
   if (values.type == AlarmType::procedure) values.url = textOf("ATTACH");
   if (values.type == AlarmType::email) {
     values.email = textOf("ATTENDEE");
-    if (values.email) values.email = std::string(addressIn(*values.email));
+    if (values.email) values.email = addressIn(*values.email);
   }
   return values;
 }

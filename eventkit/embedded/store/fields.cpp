@@ -10,6 +10,8 @@ namespace ek::embedded {
 
 namespace {
 
+constexpr std::string_view kMailto = "mailto:";
+
 template <class Value>
 struct Word {
   std::string_view word;
@@ -54,8 +56,8 @@ Participant readParticipant(const ical::Line& line) {
       .status = wordIn(kStatuses, line.parameter("PARTSTAT")),
       .role = wordIn(kRoles, line.parameter("ROLE")),
       .type = wordIn(kTypes, line.parameter("CUTYPE")),
-      .native = std::make_shared<const std::string>(
-          line.parameter("EMAIL").value_or(std::string(addressIn(line.value())))),
+      .native =
+          std::make_shared<const std::string>(line.parameter("EMAIL").value_or(addressIn(line.value()))),
   };
 }
 
@@ -65,7 +67,8 @@ std::optional<std::string> readText(const ical::Component& component, std::strin
 }
 
 int readNumber(const ical::Component& component, std::string_view name) {
-  const std::string_view value = component.value(name).value_or("");
+  std::string_view value = ical::trimmed(component.value(name).value_or(""));
+  if (value.starts_with('+')) value.remove_prefix(1);
   int number = 0;
   std::from_chars(value.data(), value.data() + value.size(), number);
   return number;
@@ -78,9 +81,8 @@ std::int64_t secondsBetween(const ZonedTime& from, const ZonedTime& to) {
 
 void readReminder(const ical::Component& component, const ZoneFinder& zones, Fields& fields) {
   fields.due = readEnd(component, zones);
-  fields.completion = readInstant(component, "COMPLETED", zones);
-  fields.isCompleted =
-      fields.completion || equalsIgnoringCase(component.value("STATUS").value_or(""), "COMPLETED");
+  fields.completion = readStamp(component, "COMPLETED", zones);
+  fields.isCompleted = fields.completion || hasStatus(component, "COMPLETED");
   fields.priority = readNumber(component, "PRIORITY");
 }
 
@@ -92,8 +94,8 @@ Fields readFields(const ical::Component& component, const ZoneFinder& zones) {
   fields.location = readText(component, "LOCATION");
   fields.notes = readText(component, "DESCRIPTION");
   if (const auto url = component.value("URL")) fields.url = std::string(*url);
-  fields.created = readInstant(component, "CREATED", zones);
-  fields.lastModified = readInstant(component, "LAST-MODIFIED", zones);
+  fields.created = readStamp(component, "CREATED", zones);
+  fields.lastModified = readStamp(component, "LAST-MODIFIED", zones);
   if (const auto organizer = component.value("ORGANIZER")) fields.organizer = std::string(*organizer);
   if (const ical::Line* start = component.find("DTSTART")) fields.start = readTime(*start, zones);
   if (component.is("VTODO")) readReminder(component, zones, fields);
@@ -142,11 +144,31 @@ AlarmAnchor anchorOf(const ical::Component& component, const ZoneFinder& zones) 
   return {.startShift = 0, .endShift = start ? secondsBetween(*start, *end) : 0, .countsFromEnd = false};
 }
 
-std::string_view addressIn(std::string_view calendarAddress) {
-  constexpr std::string_view kScheme = "mailto:";
-  if (equalsIgnoringCase(calendarAddress.substr(0, kScheme.size()), kScheme))
-    calendarAddress.remove_prefix(kScheme.size());
-  return calendarAddress;
+std::string addressIn(std::string_view calendarAddress) {
+  if (!equalsIgnoringCase(calendarAddress.substr(0, kMailto.size()), kMailto))
+    return std::string(calendarAddress);
+  std::string_view encoded = calendarAddress.substr(kMailto.size());
+  encoded = encoded.substr(0, encoded.find('?'));
+  std::string address;
+  for (std::size_t at = 0; at < encoded.size(); ++at) {
+    const auto byte = encoded[at] == '%' ? ical::hexByte(encoded.substr(at + 1, 2)) : std::nullopt;
+    address += byte.value_or(encoded[at]);
+    if (byte) at += 2;
+  }
+  return address;
+}
+
+std::string calendarAddressOf(std::string_view address) {
+  std::string encoded(kMailto);
+  for (const char c : address) {
+    if (c == '%')
+      encoded += "%25";
+    else if (c == '?')
+      encoded += "%3F";
+    else
+      encoded += c;
+  }
+  return encoded;
 }
 
 bool equalsIgnoringCase(std::string_view a, std::string_view b) {

@@ -43,8 +43,10 @@ std::optional<ZonedTime> readEnd(const ical::Component& component, const ZoneFin
 
 AlarmAnchor anchorOf(const ical::Component& component, const ZoneFinder& zones);
 
-// The address in a calendar address: without "mailto:".
-std::string_view addressIn(std::string_view calendarAddress);
+// The e-mail address in a calendar address of the scheme mailto (RFC 6068), and the reverse; a calendar
+// address of another scheme is taken as it is.
+std::string addressIn(std::string_view calendarAddress);
+std::string calendarAddressOf(std::string_view address);
 bool equalsIgnoringCase(std::string_view a, std::string_view b);
 
 }  // namespace ek::embedded
