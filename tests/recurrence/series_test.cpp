@@ -77,6 +77,15 @@ TEST_F(Windows, MayReachOverAllTime) {
   EXPECT_EQ(occurrences(daily_, Date::min(), Date::max()).size(), 5U);
 }
 
+TEST_F(Windows, HoldTheFirstOfMoreThanAnAnswerCan) {
+  daily_.rules.front().frequency = Frequency::secondly;
+  std::vector<Occurrence> found;
+  occurrencesIn(daily_, {utcDate("20300101T000000"), utcDate("40000101T000000"), 3}, *TimeZone::utc(), found);
+  ASSERT_EQ(found.size(), 3U);
+  EXPECT_EQ(found[0].start, utcDate("20291231T230001"));
+  EXPECT_EQ(found[2].start, utcDate("20291231T230003"));
+}
+
 TEST(Series, KeepsItsWallClockThroughTheYear) {
   const Series series = seriesOf("20240110T090000", "Europe/Berlin", "FREQ=MONTHLY;COUNT=12");
   const auto found = occurrences(series, utcDate("20240101T000000"), utcDate("20250101T000000"));

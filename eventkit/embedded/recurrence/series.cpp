@@ -112,7 +112,7 @@ void prepare(Series& series) {
 
 void occurrencesIn(const Series& series, const Window& window, const TimeZone& defaultZone,
                    std::vector<Occurrence>& out) {
-  const Window asked{clamped(window.start), clamped(window.end)};
+  const Window asked{clamped(window.start), clamped(window.end), window.most};
   if (asked.end < asked.start) return;
   for (const Override& override : series.overrides) {
     const Occurrence occurrence = occurrenceOf(override, indexOf(series, override), defaultZone);
@@ -123,6 +123,7 @@ void occurrencesIn(const Series& series, const Window& window, const TimeZone& d
   Places places(series, zone, zone.wallTimeOf(asked.start - longestOf(series)) - kWidestOffset,
                 zone.wallTimeOf(asked.end) + kWidestOffset);
   while (const std::optional<Place> place = places.next()) {
+    if (out.size() - firstOfSeries >= asked.most) break;
     if (overrideAt(series, place->wall) != nullptr) continue;
     const Occurrence occurrence = occurrenceOf(series, *place, zone);
     if (overlaps(occurrence, asked)) add(out, firstOfSeries, occurrence);

@@ -2,6 +2,7 @@
 // is needed to answer a query, and nothing else: it is kept in compact form beside each repeating item.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -72,10 +73,15 @@ struct Occurrence {
   std::int32_t override = -1;  // index into Series::overrides, -1 for none
 };
 
+// Minute by minute for fifteen years. No calendar means more than that, but anyone may import a file that
+// asks for every second of all time, and an answer has to fit into memory.
+constexpr std::size_t kMostOccurrences = 8'000'000;
+
 // Half-open, except that an occurrence of no length exactly at `start` belongs to it; start == end is that
-// one instant.
+// one instant. Of more than `most` occurrences it holds the first ones.
 struct Window {
   Date start, end;
+  std::size_t most = kMostOccurrences;
 };
 
 // Appends the occurrences that overlap the window, in no particular order. `defaultZone` is for floating
