@@ -301,6 +301,18 @@ TEST_F(StoreVersion, ChangesWhenTheLogIsRestartedInBetween) {
   }
 }
 
+// What is read in a transaction is of its beginning, whatever others commit meanwhile.
+TEST_F(StoreVersion, WithinATransactionIsThatOfItsBeginning) {
+  {
+    const Database::Transaction reading(*database_, Kind::reading);
+    const auto before = database_->change();
+    elsewhere(kElsewhere);
+    EXPECT_FALSE(hasChanged());
+    EXPECT_EQ(database_->change(), before);
+  }
+  EXPECT_TRUE(hasChanged());
+}
+
 TEST_F(StoreVersion, OfTwoConnectionsDiffer) {
   const auto other = open();
   EXPECT_FALSE(other->version() == database_->version());

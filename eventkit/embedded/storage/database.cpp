@@ -124,6 +124,7 @@ struct Database::Connection {
   std::uint64_t rollbacks = 0;
   int depth = 0;
   Transaction::Kind kind = Transaction::Kind::reading;
+  Version versionAtBegin;
   std::int64_t pendingChange = 0;
   bool isReadOnly = false;
   bool isImmutable = false;
@@ -252,6 +253,12 @@ Database::Transaction::Transaction(Database& database, Kind kind)
     guarded([&] { database_.statement(kind == Kind::writing ? "BEGIN IMMEDIATE" : "BEGIN")->exec(); });
     connection.kind = kind;
     connection.pendingChange = 0;
+    try {
+      connection.versionAtBegin = database_.versionNow();
+    } catch (...) {
+      connection.database.tryExec("ROLLBACK");
+      throw;
+    }
   }
   ++connection.depth;
 }
@@ -277,6 +284,10 @@ void Database::Transaction::commit() {
 // restart of the log (after a checkpoint) picks another salt: no earlier content of the 96 bytes comes back.
 // A copy that was caught half-written equals neither the old nor the new content and counts as a change.
 Database::Version Database::version() {
+  return connection_->depth > 0 ? connection_->versionAtBegin : versionNow();
+}
+
+Database::Version Database::versionNow() {
   Version version;
   version.words.back() = connection_->serial;
   if (const std::uint64_t* header = connection_->logHeader) {

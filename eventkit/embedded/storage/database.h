@@ -87,8 +87,9 @@ class Database {
   // A value that differs from an earlier one when any process (this one included) has committed anything in
   // between. Take it before reading what it stands for. Cheap enough for every call: the write-ahead log's
   // shared header is compared in memory, without a lock or system call, where SQLite keeps one; else PRAGMA
-  // data_version. Never fails to see a committed change; may see one where there is none. Values of
-  // different Database objects differ.
+  // data_version. Never fails to see a committed change; may see one where there is none. Within a
+  // transaction it is what it was when that began: what is read in there is no older. Values of different
+  // Database objects differ.
   struct Version {
     std::array<std::uint64_t, 13> words{};
     bool operator==(const Version&) const = default;
@@ -108,6 +109,7 @@ class Database {
  private:
   struct Connection;
   friend struct SharedDatabases;
+  Version versionNow();
   void close();  // at the very end: nothing may be asked of it any more
   explicit Database(std::unique_ptr<Connection> connection);
   std::unique_ptr<Connection> connection_;
