@@ -5,6 +5,15 @@
 
 namespace ek::embedded {
 
+namespace {
+
+// Measured on calendars of usual items: the parsed text with its fields takes as much as so many texts.
+constexpr std::size_t kParsedTexts = 7;
+// Of the document, its node in a cache, and the strings beside the text.
+constexpr std::size_t kBytesBesideText = 500;
+
+}  // namespace
+
 Document::Document(ItemRow row, std::shared_ptr<ItemTable> items)
     : row_(std::move(row)), items_(std::move(items)), zones_(items_->zoneFinder(row_)) {}
 
@@ -38,6 +47,10 @@ const Fields& Document::fields(std::size_t component) const {
     kept = std::make_unique<const Fields>(std::move(fields));
   }
   return *kept;
+}
+
+std::size_t Document::bytes() const {
+  return kBytesBesideText + row_.text.size() * (components_ ? 1 + kParsedTexts : 1);
 }
 
 }  // namespace ek::embedded

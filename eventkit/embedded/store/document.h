@@ -29,6 +29,9 @@ class Document {
   std::size_t componentFor(std::optional<WallTime> recurrenceId) const;
   const Fields& fields(std::size_t component) const;
 
+  // About how much memory it takes. More once it is parsed.
+  std::size_t bytes() const;
+
  private:
   ItemRow row_;
   std::shared_ptr<ItemTable> items_;  // that zones_ asks

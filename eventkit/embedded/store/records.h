@@ -4,22 +4,21 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
-#include <unordered_map>
 #include <utility>
 
 #include "eventkit/embedded/storage/database.h"
 #include "eventkit/embedded/storage/item_table.h"
 #include "eventkit/embedded/store/calendar_directory.h"
 #include "eventkit/embedded/store/document.h"
+#include "eventkit/embedded/store/document_cache.h"
 #include "eventkit/embedded/store/series_cache.h"
 
 namespace ek::embedded {
 
 class Records {
  public:
-  explicit Records(std::string path) : path_(std::move(path)) {}
+  explicit Records(std::string path);
 
   // Null as long as the file cannot be opened. Another object than before when another file was put in its
   // place; that is looked for now and then here, and always before something is written.
@@ -40,10 +39,6 @@ class Records {
   std::shared_ptr<const Document> document(ItemRow row);
 
  private:
-  struct Kept {
-    std::shared_ptr<const Document> document;
-    Database::Version version;  // at which it was known to be the row's
-  };
   struct Open {
     explicit Open(std::shared_ptr<Database> opened)
         : database(std::move(opened)), items(*database), series(*database, items), calendars(*database) {}
@@ -53,9 +48,14 @@ class Records {
     CalendarDirectory calendars;
   };
 
+  void bringDocumentsUpToDate();
+
   std::string path_;
   std::shared_ptr<Open> open_;
-  std::unordered_map<RowId, Kept> documents_;  // not in Open, which every document keeps alive
+  DocumentCache documents_;  // not in Open, which every document keeps alive
+  // What the documents are of: as long as the first is the same, so is the second.
+  Database::Version documentsVersion_;
+  std::int64_t documentsChange_ = 0;
   std::uint64_t generation_ = 0;
   std::chrono::steady_clock::time_point lookedAt_;
 };
