@@ -1,5 +1,6 @@
 #include "eventkit/embedded/storage/item_table.h"
 
+#include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <set>
@@ -71,6 +72,19 @@ TEST_F(Items, ChangeTheirKindOfIndexRowWithTheirText) {
   writing.commit();
   EXPECT_EQ(number("SELECT count(*) FROM single_event"), 0);
   EXPECT_EQ(number("SELECT hi FROM series_event"), 1714726800);  // 3 May, 09:00 UTC
+}
+
+// The item, its change number's index and the counter: what queries know of it stays where it is.
+TEST_F(Items, WithAnotherTextAloneWriteFewPages) {
+  const RowId id = make(home_, event("u"));
+  const std::string edited = event("u", "DTSTART:20240501T090000Z", {"LOCATION:here"});
+  exec("PRAGMA wal_checkpoint(TRUNCATE)");
+  Database::Transaction writing(*database_, Kind::writing);
+  ItemTable items(*database_);
+  items.replace(id, home_, edited, indexOf(items, home_, edited));
+  writing.commit();
+  constexpr std::uintmax_t kLogHeader = 32, kFrame = 24 + 4096;
+  EXPECT_EQ(std::filesystem::file_size(folder_.file("store.sqlite-wal")), kLogHeader + 3 * kFrame);
 }
 
 TEST_F(Items, RemindersKeepTheirCreationWhenTheirTextHasNone) {

@@ -59,57 +59,12 @@ void runQueries(Database& database, std::vector<std::string>& faults) {
   }
 }
 
-std::optional<std::int64_t> optionalNumber(const SQLite::Column& column) {
-  if (column.isNull()) return std::nullopt;
-  return column.getInt64();
-}
-
-// The index rows that an item has; one is right.
-std::vector<IndexRow> storedRows(Database& database, RowId item) {
-  std::vector<IndexRow> rows;
-  const auto single =
-      database.statement("SELECT extent, lo, hi, flags, title, calendar FROM single_event WHERE item = ?");
-  single->bind(1, item);
-  while (single->executeStep())
-    rows.emplace_back(SingleRow{.extent = single->getColumn(0).getInt(),
-                                .lo = single->getColumn(1).getInt64(),
-                                .hi = single->getColumn(2).getInt64(),
-                                .flags = single->getColumn(3).getInt(),
-                                .title = single->getColumn(4).getString()});
-  const auto series = database.statement("SELECT lo, hi, data FROM series_event WHERE item = ?");
-  series->bind(1, item);
-  while (series->executeStep())
-    rows.emplace_back(SeriesRow{.lo = series->getColumn(0).getInt64(),
-                                .hi = series->getColumn(1).getInt64(),
-                                .data = series->getColumn(2).getString()});
-  const auto reminder = database.statement(
-      "SELECT is_completed, completion, due, due_is_floating, created FROM reminder WHERE item = ?");
-  reminder->bind(1, item);
-  while (reminder->executeStep())
-    rows.emplace_back(ReminderRow{.isCompleted = reminder->getColumn(0).getInt() != 0,
-                                  .completion = optionalNumber(reminder->getColumn(1)),
-                                  .due = optionalNumber(reminder->getColumn(2)),
-                                  .dueIsFloating = reminder->getColumn(3).getInt() != 0,
-                                  .created = reminder->getColumn(4).getInt64()});
-  return rows;
-}
-
 // Where the text has no time of creation the row knows better.
 bool agree(IndexRow stored, const IndexRow& expected) {
   auto* reminder = std::get_if<ReminderRow>(&stored);
   const auto* wanted = std::get_if<ReminderRow>(&expected);
   if (reminder != nullptr && wanted != nullptr && !wanted->created) reminder->created.reset();
   return stored == expected;
-}
-
-bool belongToCalendar(Database& database, const ItemRow& item) {
-  const auto select = database.statement(
-      "SELECT 1 FROM single_event WHERE item = ?1 AND calendar <> ?2 UNION ALL "
-      "SELECT 1 FROM series_event WHERE item = ?1 AND calendar <> ?2 UNION ALL "
-      "SELECT 1 FROM reminder WHERE item = ?1 AND calendar <> ?2");
-  select->bind(1, item.id);
-  select->bind(2, item.calendar);
-  return !select->executeStep();
 }
 
 std::optional<std::string> faultOf(Database& database, ItemTable& items, const ItemRow& item) {
@@ -119,8 +74,9 @@ std::optional<std::string> faultOf(Database& database, ItemTable& items, const I
   if (!index) return "cannot be read" + (why.empty() ? "." : ": " + why + ".");
   if (index->uid != item.uid) return "has another UID in its text (" + index->uid + ").";
   if (index->kind != item.kind) return "is of another kind in its text.";
-  const std::vector<IndexRow> rows = storedRows(database, item.id);
-  if (rows.size() != 1 || !agree(rows.front(), indexRowOf(*index)) || !belongToCalendar(database, item))
+  const std::vector<StoredIndexRow> rows = storedIndexRows(database, item.id);
+  if (rows.size() != 1 || !agree(rows.front().row, indexRowOf(*index)) ||
+      rows.front().calendar != item.calendar)
     return "is not found as its text says: its index rows differ.";
   return std::nullopt;
 }

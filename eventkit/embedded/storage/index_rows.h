@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include "eventkit/embedded/storage/database.h"
 #include "eventkit/embedded/storage/item_index.h"
@@ -42,6 +43,15 @@ enum SingleFlags : int { kFloatingStart = 1, kFloatingEnd = 2, kAllDay = 4 };
 int extentFor(std::int64_t lo, std::int64_t hi);
 
 IndexRow indexRowOf(const ItemIndex& index);
+
+// The rows that an item has in the tables; one is right.
+struct StoredIndexRow {
+  RowId calendar = 0;
+  IndexRow row;
+  bool operator==(const StoredIndexRow&) const = default;
+};
+std::vector<StoredIndexRow> storedIndexRows(Database& database, RowId item);
+void insertIndexRow(Database& database, RowId item, const StoredIndexRow& row);
 void eraseIndexRows(Database& database, RowId item);
 
 }  // namespace ek::embedded

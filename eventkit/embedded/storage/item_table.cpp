@@ -43,6 +43,13 @@ KeyedZone knownZone(std::string_view tzid) {
   return {.zone = std::move(zone), .key = std::move(key)};
 }
 
+// A reminder whose text does not say when it was made was made when it was first imported.
+void keepCreation(const IndexRow& before, IndexRow& row) {
+  const auto* known = std::get_if<ReminderRow>(&before);
+  auto* reminder = std::get_if<ReminderRow>(&row);
+  if (known != nullptr && reminder != nullptr && !reminder->created) reminder->created = known->created;
+}
+
 }  // namespace
 
 std::optional<ItemRow> ItemTable::find(RowId id) {
@@ -58,7 +65,8 @@ std::optional<ItemRow> ItemTable::findByIdentifier(std::string_view identifier) 
 }
 
 std::optional<ItemRow> ItemTable::findByUid(std::string_view uid) {
-  const auto select = database_.statement(ZUNO_ITEM_COLUMNS "WHERE uid = ? ORDER BY id LIMIT 1");
+  const auto select =
+      database_.statement(ZUNO_ITEM_COLUMNS "WHERE id = (SELECT min(id) FROM item WHERE uid = ?)");
   select->bind(1, std::string(uid));
   return firstRow(*select);
 }
@@ -89,44 +97,8 @@ RowId ItemTable::insert(RowId calendar, std::string_view identifier, std::string
   insert->bindNoCopy(9, kept);
   insert->exec();
   const RowId id = database_.lastInsertedRow();
-  insertIndexRows(id, calendar, index);
+  insertIndexRow(database_, id, {.calendar = calendar, .row = indexRowOf(index)});
   return id;
-}
-
-void ItemTable::insertIndexRows(RowId id, RowId calendar, const ItemIndex& index) {
-  const IndexRow row = indexRowOf(index);
-  if (const auto* single = std::get_if<SingleRow>(&row)) {
-    const auto insert = database_.statement("INSERT INTO single_event VALUES (?, ?, ?, ?, ?, ?, ?)");
-    insert->bind(1, single->extent);
-    insert->bind(2, single->lo);
-    insert->bind(3, id);
-    insert->bind(4, single->hi);
-    insert->bind(5, calendar);
-    insert->bind(6, single->flags);
-    insert->bindNoCopy(7, single->title);
-    insert->exec();
-  } else if (const auto* series = std::get_if<SeriesRow>(&row)) {
-    const auto insert = database_.statement("INSERT INTO series_event VALUES (?, ?, ?, ?, ?)");
-    insert->bind(1, id);
-    insert->bind(2, calendar);
-    insert->bind(3, series->lo);
-    insert->bind(4, series->hi);
-    insert->bindNoCopy(5, series->data.data(), static_cast<int>(series->data.size()));
-    insert->exec();
-  } else if (const auto* reminder = std::get_if<ReminderRow>(&row)) {
-    const auto bindOptional = [](SQLite::Statement& statement, int place, std::optional<std::int64_t> value) {
-      if (value) statement.bind(place, *value);
-    };
-    const auto insert = database_.statement("INSERT INTO reminder VALUES (?, ?, ?, ?, ?, ?, ?)");
-    insert->bind(1, id);
-    insert->bind(2, calendar);
-    insert->bind(3, reminder->isCompleted ? 1 : 0);
-    bindOptional(*insert, 4, reminder->completion);
-    bindOptional(*insert, 5, reminder->due);
-    insert->bind(6, reminder->dueIsFloating ? 1 : 0);
-    insert->bind(7, reminder->created ? *reminder->created : foundation::now().time_since_epoch().count());
-    insert->exec();
-  }
 }
 
 void ItemTable::replace(RowId id, RowId calendar, std::string_view text, const ItemIndex& index) {
@@ -151,25 +123,29 @@ void ItemTable::replaceImported(RowId id, RowId calendar, std::string_view text,
   move->exec();
 }
 
+// What stays as it is is not written again, so that a save of another text touches few pages.
 void ItemTable::update(RowId id, RowId calendar, std::string_view text, const ItemIndex& index) {
-  ItemIndex known = index;
-  if (!known.created) {
-    const auto select = database_.statement("SELECT created FROM reminder WHERE item = ?");
-    select->bind(1, id);
-    if (select->executeStep()) known.created = Date(std::chrono::seconds(select->getColumn(0).getInt64()));
-  }
-  const auto update = database_.statement(
-      "UPDATE item SET calendar = ?, kind = ?, uid = ?, change = ?, text = ? WHERE id = ?");
-  update->bind(1, calendar);
-  update->bind(2, static_cast<int>(index.kind));
-  update->bindNoCopy(3, index.uid);
-  update->bind(4, database_.nextChange());
+  const auto update = database_.statement("UPDATE item SET change = ?, text = ? WHERE id = ?");
+  update->bind(1, database_.nextChange());
   const std::string kept(text);
-  update->bindNoCopy(5, kept);
-  update->bind(6, id);
+  update->bindNoCopy(2, kept);
+  update->bind(3, id);
   update->exec();
+  const auto place = database_.statement(
+      "UPDATE item SET calendar = ?1, kind = ?2, uid = ?3 WHERE id = ?4 AND (calendar <> ?1 OR kind <> ?2 OR "
+      "uid <> ?3)");
+  place->bind(1, calendar);
+  place->bind(2, static_cast<int>(index.kind));
+  place->bindNoCopy(3, index.uid);
+  place->bind(4, id);
+  place->exec();
+
+  const std::vector<StoredIndexRow> before = storedIndexRows(database_, id);
+  StoredIndexRow row{.calendar = calendar, .row = indexRowOf(index)};
+  if (before.size() == 1) keepCreation(before.front().row, row.row);
+  if (before.size() == 1 && before.front() == row) return;
   eraseIndexRows(database_, id);
-  insertIndexRows(id, calendar, known);
+  insertIndexRow(database_, id, row);
 }
 
 void ItemTable::erase(RowId id) {

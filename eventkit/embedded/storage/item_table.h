@@ -75,7 +75,6 @@ class ItemTable {
  private:
   using Zone = std::shared_ptr<const foundation::TimeZone>;
 
-  void insertIndexRows(RowId id, RowId calendar, const ItemIndex& index);
   void update(RowId id, RowId calendar, std::string_view text, const ItemIndex& index);
   void leaveEnvelope(RowId id);
   void linkZone(RowId calendar, RowId zone);
