@@ -1,3 +1,6 @@
+#include <random>
+#include <tuple>
+
 #include "eventkit/embedded/storage/calendar_table.h"
 #include "foundation/time_zone.h"
 #include "tests/store/store_fixture.h"
@@ -8,6 +11,7 @@ using ek::RecurrenceRule;
 using ek::Span;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using zuno_test::Date;
 using zuno_test::days;
 using zuno_test::hours;
 using zuno_test::seconds;
@@ -90,6 +94,45 @@ TEST_F(KeptAnswers, EveryKindOfChangeFromAnotherConnectionIsSeen) {
     other->saveEvent(fresh, Span::thisEvent, error);
   });
   EXPECT_THAT(titles(), ElementsAre("", "t", "t"));
+}
+
+// The answer is put in order by the first position that is asked for, and stays so from then on.
+TEST_F(KeptAnswers, StayInOrderWhateverChanges) {
+  std::mt19937 random(7);
+  const auto dice = [&](unsigned sides) { return static_cast<int>(random() % sides); };
+  const auto anyTitle = [&] { return std::string(1, static_cast<char>('a' + dice(4))); };
+  const auto anyStart = [&] { return utc(2024, 5, 1) + days(dice(35) - 2); };
+  for (int i = 0; i < 12; ++i) {
+    const auto event = newEvent(anyTitle(), anyStart());
+    if (i % 2 == 0) event->addRecurrenceRule(daily(1 + dice(12)));
+    save(event);
+  }
+  const auto occurrences = [&](ek::EventStore& store) {
+    const auto all =
+        store.eventsMatchingPredicate(store.predicateForEvents(utc(2024, 5, 1), utc(2024, 6, 1), {}));
+    std::vector<std::tuple<std::optional<Date>, std::string, std::string>> found;
+    for (std::size_t i = 0; i < all->size(); ++i)
+      found.emplace_back(all->at(i)->startDate(), *all->at(i)->title(), *all->at(i)->eventIdentifier());
+    return found;
+  };
+  for (int round = 0; round < 200; ++round) {
+    SCOPED_TRACE(round);
+    ASSERT_GT(ask()->size(), 0U);
+    const auto event = ask()->at(random() % ask()->size());
+    const Span span = dice(4) == 0 ? Span::futureEvents : Span::thisEvent;
+    const int edit = dice(8);
+    if (edit == 0 && ask()->size() > 20) {
+      remove(event, span);
+    } else {
+      if (edit < 4) event->setTitle(anyTitle() + (edit == 1 ? "x" : ""));
+      if (edit > 3) event->setStartDate(*event->startDate() + hours(dice(5) - 2) * (dice(2) == 0 ? 24 : 1));
+      event->setEndDate(*event->startDate() + hours(1));
+      event->setLocation(std::to_string(round));
+      std::optional<ek::Error> refused;  // where two occurrences would meet
+      store_->saveEvent(event, span, refused);
+    }
+    ASSERT_EQ(occurrences(*store_), occurrences(*elsewhere()));
+  }
 }
 
 TEST_F(KeptAnswers, MoreChangesThanAreWorthFollowing) {

@@ -1,7 +1,7 @@
 #include "eventkit/embedded/store/event_answer.h"
 
 #include <algorithm>
-#include <compare>
+#include <numeric>
 #include <tuple>
 #include <utility>
 
@@ -63,7 +63,8 @@ void EventAnswer::bringUpToDate(Database& database, const Basis& basis) {
 }
 
 std::size_t EventAnswer::bytes() const {
-  return entries_.capacity() * sizeof(Entry) + origins_.capacity() * sizeof(Origin);
+  return entries_.capacity() * sizeof(Entry) + origins_.capacity() * sizeof(Origin) +
+         byItem_.capacity() * sizeof(std::uint32_t);
 }
 
 void EventAnswer::setWindow() {
@@ -76,19 +77,14 @@ void EventAnswer::setWindow() {
 void EventAnswer::readAll(Database& database) {
   entries_.clear();
   origins_.clear();
+  byItem_.clear();
   isOrdered_ = false;
   setWindow();
   if (conditions_.end < conditions_.start) return;
   const std::int64_t start = secondsOf(conditions_.start);
   const std::int64_t end = secondsOf(conditions_.end);
-  visitSingleEvents(database, start, end, [this](SingleEventRow& row) {
-    if (covers(row.calendar) &&
-        isInRange(instantOf(row.event.start, *basis_.zone), instantOf(row.event.end, *basis_.zone)))
-      add(row, newOrigin(row.item));
-  });
-  records_->series().visit(start, end, [this](const SeriesCache::Entry& entry) {
-    if (covers(entry.calendar)) add(entry, newOrigin(entry.item));
-  });
+  visitSingleEvents(database, start, end, [this](SingleEventRow& row) { add(originOf(std::move(row))); });
+  records_->series().visit(start, end, [this](const SeriesCache::Entry& entry) { add(originOf(entry)); });
 }
 
 // False when too much changed for this to be the cheaper way.
@@ -100,56 +96,131 @@ bool EventAnswer::readChanged(Database& database, std::int64_t since) {
   return true;
 }
 
+// Most changes, of notes or alarms say, leave the answer as it is.
 void EventAnswer::readItem(Database& database, RowId item) {
-  const std::uint32_t origin = originOf(item);
-  if (origin < origins_.size())
-    std::erase_if(entries_, [origin](const Entry& entry) { return entry.origin == origin; });
-  const auto kept = static_cast<std::ptrdiff_t>(entries_.size());
-
-  if (const SeriesCache::Entry* series = records_->series().find(item)) {
-    if (covers(series->calendar)) add(*series, origin);
-  } else if (const auto single = findSingleEvent(database, item)) {
-    if (covers(single->calendar) &&
-        isInRange(instantOf(single->event.start, *basis_.zone), instantOf(single->event.end, *basis_.zone)))
-      add(*single, origin);
+  Origin now = currentOrigin(database, item);
+  const std::uint32_t index = indexOf(item);
+  if (index == origins_.size()) {
+    if (!now.isThere) return;
+    byItem_.insert(
+        std::ranges::upper_bound(byItem_, item, {}, [this](auto each) { return origins_[each].item; }),
+        index);
+    origins_.push_back({.item = item});
   }
-  if (!isOrdered_) return;
-  const auto before = [this](const Entry& a, const Entry& b) { return comesBefore(a, b); };
-  std::sort(entries_.begin() + kept, entries_.end(), before);
-  std::inplace_merge(entries_.begin(), entries_.begin() + kept, entries_.end(), before);
+  if (now != origins_[index]) change(index, std::move(now));
 }
 
-void EventAnswer::add(const SingleEventRow& row, std::uint32_t origin) {
-  if (origin == origins_.size()) newOrigin(row.item);
-  origins_[origin] = {
-      .item = row.item, .series = nullptr, .isAllDay = row.event.isAllDay, .title = row.event.title};
-  entries_.push_back({.start = instantOf(row.event.start, *basis_.zone),
-                      .end = instantOf(row.event.end, *basis_.zone),
-                      .origin = origin});
+EventAnswer::Origin EventAnswer::originOf(SingleEventRow row) const {
+  const Date start = instantOf(row.event.start, *basis_.zone);
+  const Date end = instantOf(row.event.end, *basis_.zone);
+  if (!covers(row.calendar) || !isInRange(start, end)) return {.item = row.item};
+  return {.item = row.item,
+          .isThere = true,
+          .isAllDay = row.event.isAllDay,
+          .start = start,
+          .end = end,
+          .title = std::move(row.event.title)};
 }
 
-void EventAnswer::add(const SeriesCache::Entry& entry, std::uint32_t origin) {
-  if (origin == origins_.size()) newOrigin(entry.item);
-  origins_[origin] = {.item = entry.item, .series = entry.series, .isAllDay = false, .title = {}};
-  const Date end = entry.isEndless() ? std::min(conditions_.end, endlessEnd_) : conditions_.end;
+EventAnswer::Origin EventAnswer::originOf(const SeriesCache::Entry& entry) const {
+  if (!covers(entry.calendar)) return {.item = entry.item};
+  return {.item = entry.item, .isThere = true, .series = entry.series, .isEndless = entry.isEndless()};
+}
+
+EventAnswer::Origin EventAnswer::currentOrigin(Database& database, RowId item) const {
+  if (const SeriesCache::Entry* series = records_->series().find(item)) return originOf(*series);
+  auto single = findSingleEvent(database, item);
+  return single ? originOf(*std::move(single)) : Origin{.item = item};
+}
+
+// That of the item's origin, or how many there are when it has none.
+std::uint32_t EventAnswer::indexOf(RowId item) {
+  const auto itemOf = [this](std::uint32_t index) { return origins_[index].item; };
+  if (byItem_.size() != origins_.size()) {
+    byItem_.resize(origins_.size());
+    std::iota(byItem_.begin(), byItem_.end(), 0U);
+    std::ranges::sort(byItem_, {}, itemOf);
+  }
+  const auto place = std::ranges::lower_bound(byItem_, item, {}, itemOf);
+  const bool isKnown = place != byItem_.end() && itemOf(*place) == item;
+  return isKnown ? *place : static_cast<std::uint32_t>(origins_.size());
+}
+
+void EventAnswer::add(Origin origin) {
+  if (!origin.isThere) return;
+  origins_.push_back(std::move(origin));
+  appendEntries(static_cast<std::uint32_t>(origins_.size() - 1), entries_);
+}
+
+void EventAnswer::appendEntries(std::uint32_t index, std::vector<Entry>& entries) const {
+  const Origin& origin = origins_[index];
+  if (!origin.isThere) return;
+  if (!origin.series) {
+    entries.push_back({.start = origin.start, .end = origin.end, .origin = index});
+    return;
+  }
+  const Date end = origin.isEndless ? std::min(conditions_.end, endlessEnd_) : conditions_.end;
   scratch_.clear();
-  recurrence::occurrencesIn(*entry.series, {.start = conditions_.start, .end = end}, *basis_.zone, scratch_);
+  recurrence::occurrencesIn(*origin.series, {.start = conditions_.start, .end = end}, *basis_.zone, scratch_);
   for (const recurrence::Occurrence& occurrence : scratch_)
-    entries_.push_back({.start = occurrence.start,
-                        .end = occurrence.end,
-                        .recurrenceId = occurrence.recurrenceId,
-                        .origin = origin,
-                        .override = occurrence.override});
+    entries.push_back({.start = occurrence.start,
+                       .end = occurrence.end,
+                       .recurrenceId = occurrence.recurrenceId,
+                       .origin = index,
+                       .override = occurrence.override});
 }
 
-// The item's place among the origins, or the next free one.
-std::uint32_t EventAnswer::originOf(RowId item) {
-  return static_cast<std::uint32_t>(std::ranges::find(origins_, item, &Origin::item) - origins_.begin());
+std::vector<EventAnswer::Entry> EventAnswer::orderedEntries(std::uint32_t index) const {
+  std::vector<Entry> entries;
+  appendEntries(index, entries);
+  std::sort(entries.begin(), entries.end(), inOrder());
+  return entries;
 }
 
-std::uint32_t EventAnswer::newOrigin(RowId item) {
-  origins_.emplace_back().item = item;
-  return static_cast<std::uint32_t>(origins_.size() - 1);
+void EventAnswer::change(std::uint32_t index, Origin now) {
+  const std::vector<std::size_t> places = isOrdered_ ? placesOf(index) : std::vector<std::size_t>();
+  const bool wasThere = origins_[index].isThere;
+  origins_[index] = std::move(now);
+  const std::vector<Entry> entries = orderedEntries(index);
+  if (isOrdered_ && places.size() == entries.size() && overwrite(places, entries)) return;
+  if (wasThere) std::erase_if(entries_, [index](const Entry& entry) { return entry.origin == index; });
+  const auto kept = static_cast<std::ptrdiff_t>(entries_.size());
+  entries_.insert(entries_.end(), entries.begin(), entries.end());
+  if (isOrdered_) std::inplace_merge(entries_.begin(), entries_.begin() + kept, entries_.end(), inOrder());
+}
+
+// Where the entries of an origin stand while they are in order.
+std::vector<std::size_t> EventAnswer::placesOf(std::uint32_t index) const {
+  std::vector<std::size_t> places;
+  for (const Entry& entry : orderedEntries(index)) {
+    const auto place = std::lower_bound(entries_.begin(), entries_.end(), entry, inOrder());
+    places.push_back(static_cast<std::size_t>(place - entries_.begin()));
+  }
+  return places;
+}
+
+// Puts entries in place of as many others. False when more than one of them belongs elsewhere then: a change
+// of one occurrence moves one.
+bool EventAnswer::overwrite(const std::vector<std::size_t>& places, const std::vector<Entry>& entries) {
+  for (std::size_t i = 0; i < places.size(); ++i) entries_[places[i]] = entries[i];
+  const auto isBefore = [this](std::size_t left, std::size_t right) {
+    return left >= entries_.size() || right >= entries_.size() ||  // left of the first is beyond the last
+           comesBefore(entries_[left], entries_[right]);
+  };
+  std::optional<std::size_t> strayed;
+  for (const std::size_t place : places) {
+    if (isBefore(place - 1, place) && isBefore(place, place + 1)) continue;
+    if (strayed || !isBefore(place - 1, place + 1)) return false;
+    strayed = place;
+  }
+  if (!strayed) return true;
+  const auto from = entries_.begin() + static_cast<std::ptrdiff_t>(*strayed);
+  const Entry entry = *from;
+  if (const auto to = std::lower_bound(from + 1, entries_.end(), entry, inOrder()); to != from + 1)
+    std::rotate(from, from + 1, to);
+  else
+    std::rotate(std::lower_bound(entries_.begin(), from, entry, inOrder()), from, from + 1);
+  return true;
 }
 
 bool EventAnswer::covers(RowId calendar) const { return std::ranges::binary_search(calendars_, calendar); }
@@ -176,7 +247,7 @@ bool EventAnswer::comesBefore(const Entry& a, const Entry& b) const {
 
 void EventAnswer::order() const {
   if (isOrdered_) return;
-  std::ranges::sort(entries_, [this](const Entry& a, const Entry& b) { return comesBefore(a, b); });
+  std::sort(entries_.begin(), entries_.end(), inOrder());
   isOrdered_ = true;
 }
 

@@ -40,26 +40,41 @@ class EventAnswer final : public EventList {
     std::uint32_t origin = 0;
     std::int32_t override = -1;  // of origin's series
   };
+  // What the answer knows of an item: as long as it is the same, so are the item's entries.
   struct Origin {
     RowId item = 0;
+    bool isThere = false;                              // else there is nothing of it (any more)
     std::shared_ptr<const recurrence::Series> series;  // null for an event that occurs once
-    bool isAllDay = false;                             // of an event that occurs once, as its title
+    bool isEndless = false;  // of a series; the rest is of an event that occurs once
+    bool isAllDay = false;
+    Date start, end;
     std::string title;
+    bool operator==(const Origin&) const = default;
   };
 
   void readAll(Database& database);
   bool readChanged(Database& database, std::int64_t since);
   void readItem(Database& database, RowId item);
-  void add(const SingleEventRow& row, std::uint32_t origin);
-  void add(const SeriesCache::Entry& entry, std::uint32_t origin);
-  std::uint32_t originOf(RowId item);
-  std::uint32_t newOrigin(RowId item);
+  Origin originOf(SingleEventRow row) const;
+  Origin originOf(const SeriesCache::Entry& entry) const;
+  Origin currentOrigin(Database& database, RowId item) const;
+  std::uint32_t indexOf(RowId item);
+
+  void add(Origin origin);
+  void change(std::uint32_t index, Origin now);
+  void appendEntries(std::uint32_t index, std::vector<Entry>& entries) const;
+  std::vector<Entry> orderedEntries(std::uint32_t index) const;
+  std::vector<std::size_t> placesOf(std::uint32_t index) const;
+  bool overwrite(const std::vector<std::size_t>& places, const std::vector<Entry>& entries);
   bool covers(RowId calendar) const;
   bool isInRange(Date start, Date end) const;
   void setWindow();
 
   const std::string& titleOf(const Entry& entry) const;
   bool comesBefore(const Entry& a, const Entry& b) const;
+  auto inOrder() const {
+    return [this](const Entry& a, const Entry& b) { return comesBefore(a, b); };
+  }
   void order() const;
   Placement placementOf(const Entry& entry) const;
 
@@ -76,7 +91,8 @@ class EventAnswer final : public EventList {
   mutable std::vector<Entry> entries_;
   mutable bool isOrdered_ = false;
   std::vector<Origin> origins_;
-  std::vector<recurrence::Occurrence> scratch_;
+  std::vector<std::uint32_t> byItem_;  // indices of all origins, once one was looked for
+  mutable std::vector<recurrence::Occurrence> scratch_;
 };
 
 }  // namespace ek::embedded

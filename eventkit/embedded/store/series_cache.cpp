@@ -108,10 +108,14 @@ const SeriesCache::Entry& SeriesCache::decoded(Entry& entry) {
 
 void SeriesCache::put(Entry entry) {
   const auto [place, isNew] = places_.try_emplace(entry.item, entries_.size());
-  if (isNew)
+  if (isNew) {
     entries_.push_back(std::move(entry));
-  else
-    entries_[place->second] = std::move(entry);
+    return;
+  }
+  Entry& known = entries_[place->second];
+  const bool isSame = known.series && entry.series && *known.series == *entry.series;
+  if (isSame) entry.series = known.series;
+  known = std::move(entry);
 }
 
 void SeriesCache::drop(RowId item) {

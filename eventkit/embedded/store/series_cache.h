@@ -26,7 +26,7 @@ class SeriesCache {
     RowId item = 0;
     RowId calendar = 0;
     std::int64_t lo = 0, hi = 0;           // everything of the series lies between these instants
-    std::shared_ptr<const Series> series;  // null until it is needed
+    std::shared_ptr<const Series> series;  // null until it is needed; the same object while it says the same
     bool isEndless() const { return hi == std::numeric_limits<std::int64_t>::max(); }
   };
 
