@@ -16,6 +16,7 @@
 #include "plugin/shell/error_catalogue.h"
 #include "plugin/shell/globals.h"
 #include "plugin/shell/host_boundary.h"
+#include "plugin/shell/host_session.h"
 #include "plugin/shell/sessions.h"
 
 namespace zuno {
@@ -70,7 +71,7 @@ fmx::errcode runInSession(const fmx::ExprEnv& environment, fmx::Data& result, Bo
   const auto mark = [&result] { assignErrorMarker(result); };
   const auto inSession = [&] {
     const foundation::AutoreleasePool pool;
-    const SessionScope session(environment.SessionID());
+    const SessionScope session(sessionOf(environment));
     atHostBoundary(body, mark);  // here the session is current, whose error it is
   };
   atHostBoundary(inSession, mark);

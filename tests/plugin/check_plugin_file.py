@@ -33,7 +33,9 @@ def main():
         fields = line.split()
         if len(fields) < 8 or not fields[0].rstrip(":").isdigit():
             continue
-        section, name = fields[6], fields[7]
+        binding, section, name = fields[4], fields[6], fields[7]
+        if name == "FM_ExprEnv_SessionID" and binding != "WEAK":
+            faults.append("does not load into a host that knows no sessions")
         if section != "UND":
             exported.append(name)
         required = re.search(r"@GLIBC_([\d.]+)", name)

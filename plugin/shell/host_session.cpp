@@ -1,0 +1,13 @@
+#include "plugin/shell/host_session.h"
+
+// A library without sessions is no reason not to run. Asked for here alone, or the reference would not be
+// weak.
+#pragma weak FM_ExprEnv_SessionID
+
+namespace zuno {
+
+std::uint64_t sessionOf(const fmx::ExprEnv& environment) {
+  return &FM_ExprEnv_SessionID == nullptr ? 0 : environment.SessionID();
+}
+
+}  // namespace zuno
