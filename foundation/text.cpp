@@ -85,9 +85,8 @@ std::vector<std::string_view> splitAt(std::string_view text, IsSeparator isSepar
   return parts;
 }
 
-}  // namespace
-
-std::string utf8FromUtf16(std::u16string_view text) {
+template <typename Unit>
+std::string utf8From(std::span<const Unit> text) {
   std::string out;
   out.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -102,10 +101,10 @@ std::string utf8FromUtf16(std::u16string_view text) {
   return out;
 }
 
-std::u16string utf16FromUtf8(std::string_view text) {
-  // No character has more units than bytes.
-  std::u16string out(text.size(), u'\0');
-  char16_t* end = out.data();
+// No character has more units than bytes.
+template <typename Unit>
+std::size_t putUtf16(std::string_view text, Unit* units) {
+  Unit* end = units;
   for (std::size_t i = 0; i < text.size();) {
     if (const auto byte = static_cast<unsigned char>(text[i]); byte < 0x80) {
       *end++ = byte;
@@ -115,15 +114,28 @@ std::u16string utf16FromUtf8(std::string_view text) {
     const auto [character, length] = decodeUtf8(text.substr(i));
     i += length;
     if (character < 0x10000) {
-      *end++ = static_cast<char16_t>(character);
+      *end++ = static_cast<Unit>(character);
     } else {
-      *end++ = static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10));
-      *end++ = static_cast<char16_t>(0xDC00 + (character & 0x3FF));
+      *end++ = static_cast<Unit>(0xD800 + ((character - 0x10000) >> 10));
+      *end++ = static_cast<Unit>(0xDC00 + (character & 0x3FF));
     }
   }
-  out.resize(static_cast<std::size_t>(end - out.data()));
+  return static_cast<std::size_t>(end - units);
+}
+
+}  // namespace
+
+std::string utf8FromUtf16(std::u16string_view text) { return utf8From(std::span(text)); }
+
+std::string utf8FromUtf16(std::span<const std::uint16_t> units) { return utf8From(units); }
+
+std::u16string utf16FromUtf8(std::string_view text) {
+  std::u16string out(text.size(), u'\0');
+  out.resize(putUtf16(text, out.data()));
   return out;
 }
+
+std::size_t utf16FromUtf8(std::string_view text, std::uint16_t* units) { return putUtf16(text, units); }
 
 // Byte by byte: no byte of a longer sequence is a letter, and no sequence contains another.
 std::string lowercased(std::string_view text) {

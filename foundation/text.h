@@ -1,7 +1,9 @@
 // Text is UTF-8 everywhere but at the host's boundary, where it is UTF-16.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,8 +12,11 @@ namespace foundation {
 
 // A lone surrogate becomes U+FFFD.
 std::string utf8FromUtf16(std::u16string_view text);
+std::string utf8FromUtf16(std::span<const std::uint16_t> units);
 // Bytes that are no UTF-8 become U+FFFD, one for each ill-formed sequence.
 std::u16string utf16FromUtf8(std::string_view text);
+// Into the caller's units, of which there are as many as the text has bytes; returns how many are written.
+std::size_t utf16FromUtf8(std::string_view text, std::uint16_t* units);
 
 // For comparing with keywords, which are ASCII: lower-cases the letters that have an ASCII lower-case form
 // under Unicode's mapping without locale (A to Z and the Kelvin sign) and leaves all others alone.

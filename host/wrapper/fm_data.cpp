@@ -10,14 +10,19 @@ using fmx::uint32;
 
 namespace {
 
-// Keeps the value as the type that the plug-in names; a result keeps its locale unless it is given one.
-void assign(void* self, Value&& value, int32 nativeType) {
-  auto& target = as<Value>(self);
+// As which a plug-in wants a result to be kept.
+ValueType typeFrom(int32 nativeType) {
   const auto type = static_cast<ValueType>(nativeType);
   if (type < ValueType::text || type > ValueType::timestamp) {
     throw std::invalid_argument("no type for a result");
   }
-  target = value.type() == type ? std::move(value) : value.converted(type);
+  return type;
+}
+
+// A result keeps its locale unless it is given one.
+void assign(void* self, Value&& value, int32 nativeType) {
+  const ValueType type = typeFrom(nativeType);
+  as<Value>(self) = value.type() == type ? std::move(value) : value.converted(type);
 }
 
 template <class Reading>
@@ -80,9 +85,10 @@ int32 FM_Data_GetNativeType(const void* self, Failure& failure) noexcept {
 errcode FM_Data_SetAsText(void* self, const fmx::Text& text, const fmx::Locale& locale, int32 nativeType,
                           Failure& failure) noexcept {
   return hostCall(failure, [&] {
-    Value value = Value::ofText(inside(text));
-    value.setLocale(inside(locale));
-    assign(self, std::move(value), nativeType);
+    auto& value = as<Value>(self);
+    const ValueType type = typeFrom(nativeType);
+    value.become(inside(text), inside(locale));
+    if (type != ValueType::text) value = value.converted(type);
     return errcode{0};
   });
 }

@@ -13,10 +13,9 @@ using fmx::uint32;
 
 namespace {
 
-Text fromUnits(const uint16* units, std::size_t count) {
-  Text text(count, u'\0');
-  if (count > 0) std::memcpy(text.data(), units, count * sizeof(char16_t));
-  return text;
+void assignUnits(Text& text, const uint16* units, std::size_t count) {
+  static_assert(sizeof(uint16) == sizeof(char16_t) && alignof(uint16) == alignof(char16_t));
+  text.assign(reinterpret_cast<const char16_t*>(units), count);
 }
 
 Text fromWide(std::wstring_view wide) {
@@ -60,7 +59,7 @@ void FM_Text_AssignUnicode(void* self, const uint16* s, Failure& failure) noexce
   hostCall(failure, [&] {
     const uint16* end = s;
     while (*end != 0) ++end;
-    as<Text>(self) = fromUnits(s, static_cast<std::size_t>(end - s));
+    assignUnits(as<Text>(self), s, static_cast<std::size_t>(end - s));
   });
 }
 
@@ -74,7 +73,7 @@ void FM_Text_AssignWithLength(void* self, const char* s, uint32 length, int32 en
 }
 
 void FM_Text_AssignUnicodeWithLength(void* self, const uint16* s, uint32 length, Failure& failure) noexcept {
-  hostCall(failure, [&] { as<Text>(self) = fromUnits(s, length); });
+  hostCall(failure, [&] { assignUnits(as<Text>(self), s, length); });
 }
 
 void FM_Text_AssignWideWithLength(void* self, const wchar_t* s, uint32 length, Failure& failure) noexcept {

@@ -36,6 +36,13 @@ Value Value::ofInvalid(ValueType type) {
   return ofDateTime(type, kInvalidDateTime);
 }
 
+void Value::become(const Text& text, const Locale& locale) {
+  text_ = text;
+  locale_ = locale;
+  type_ = ValueType::text;
+  read_ = bit(ValueType::text);
+}
+
 bool Value::needsReading(ValueType type) const {
   if ((read_ & bit(type)) != 0) return false;
   read_ |= bit(type);

@@ -60,6 +60,9 @@ class Value {
   // "?", what FileMaker shows where a calculation has no answer.
   static Value ofInvalid(ValueType type);
 
+  // A text, in the memory that the value has. It may be the value's own reading.
+  void become(const Text& text, const Locale& locale);
+
   ValueType type() const { return type_; }
   bool isEmpty() const { return asText().empty(); }
 

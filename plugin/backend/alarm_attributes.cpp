@@ -36,12 +36,11 @@ Value firstEmailAddress(const ek::Event* event) {
 
 }  // namespace
 
-Value iCalEKFunctions::getAlarmAttribute(TextArgument keyword, std::int32_t /*at*/, TextArgument /*uid*/) {
-  const Keyword word(keyword);
-  if (word == "email") return firstEmailAddress(m_ekEvent.get());
+Value iCalEKFunctions::getAlarmAttribute(const Keyword& keyword, std::int32_t /*at*/, TextArgument /*uid*/) {
+  if (keyword == "email") return firstEmailAddress(m_ekEvent.get());
   if (!m_ekAlarm) return noValue(kErrGetNeedsAlarm);
-  if (word.isNone()) return noValue(kErrPropertyMissing);
-  const Reader<ek::Alarm>* read = find(kReaders, word);
+  if (keyword.isNone()) return noValue(kErrPropertyMissing);
+  const Reader<ek::Alarm>* read = find(kReaders, keyword);
   return read ? (*read)(*m_ekAlarm) : noValue(kErrPropertyUnknown);
 }
 

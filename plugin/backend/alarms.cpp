@@ -62,7 +62,7 @@ int iCalEKFunctions::addAlarm(TextArgument type, std::optional<Date> absTrigger,
 }
 
 ek::CalendarItem* iCalEKFunctions::alarmOwner(TextArgument type) {
-  const std::optional<ItemType> kind = itemTypeFrom(type);
+  const ItemType kind = itemTypeFrom(type);
   if (kind == ItemType::reminder) {
     if (!m_ekReminder) fail(kErrAlarmNeedsReminder);
     return m_ekReminder.get();
@@ -123,7 +123,7 @@ int iCalEKFunctions::removeAlarmFrom(TextArgument type, std::int32_t at) {
 
 int iCalEKFunctions::removeAllAlarmsFrom(TextArgument type) {
   if (!type) return fail(kErrMissingArgument);
-  const std::optional<ItemType> kind = itemTypeFrom(type);
+  const ItemType kind = itemTypeFrom(type);
   if (kind != ItemType::reminder && kind != ItemType::event) return fail(kErrInvalidArgument);
   ek::CalendarItem* owner = m_ekEvent.get();
   if (kind == ItemType::reminder) owner = m_ekReminder.get();

@@ -28,10 +28,11 @@ constexpr ReaderRow<ek::Calendar> kReaders[] = {
 
 }  // namespace
 
-Value iCalEKFunctions::getCalendarAttribute(TextArgument keyword, std::int32_t /*at*/, TextArgument /*uid*/) {
+Value iCalEKFunctions::getCalendarAttribute(const Keyword& keyword, std::int32_t /*at*/,
+                                            TextArgument /*uid*/) {
   if (!m_ekCalendar) return noValue(kErrGetNeedsCalendar);
-  if (!keyword) return noValue(kErrPropertyMissing);
-  const Reader<ek::Calendar>* read = find(kReaders, Keyword(keyword));
+  if (keyword.isNone()) return noValue(kErrPropertyMissing);
+  const Reader<ek::Calendar>* read = find(kReaders, keyword);
   if (read == nullptr) return noValue(kErrPropertyUnknown);
   try {
     return (*read)(*m_ekCalendar);

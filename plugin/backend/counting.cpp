@@ -12,10 +12,8 @@ int countOf(const Items& items) {
 
 }  // namespace
 
-int iCalEKFunctions::getObjectCount(TextArgument type) {
-  const std::optional<ItemType> kind = itemTypeFrom(type);
-  if (!kind) return fail(kErrInvalidType);
-  switch (*kind) {
+int iCalEKFunctions::getObjectCount(const Keyword& type) {
+  switch (itemTypeFrom(type)) {
     case ItemType::calendar:
       return countOf(m_ekEventStore->calendarsForEntityType(ek::EntityType::event));
     case ItemType::reminderList:
@@ -30,6 +28,7 @@ int iCalEKFunctions::getObjectCount(TextArgument type) {
     case ItemType::alarm:
       return countAlarms();
     case ItemType::recurrenceRule:
+    case ItemType::none:
       break;
   }
   return fail(kErrInvalidType);

@@ -5,7 +5,7 @@ namespace zuno {
 
 int iCalEKFunctions::newItem(TextArgument type) {
   releaseItems();
-  const std::optional<ItemType> kind = itemTypeFrom(type);
+  const ItemType kind = itemTypeFrom(type);
   if (kind == ItemType::calendar) {
     m_ekCalendar = m_ekEventStore->newCalendar(ek::EntityType::event);
     return m_ekCalendar ? 0 : fail(kErrCreateCalendar);

@@ -30,10 +30,10 @@ constexpr ReaderRow<ek::Event> kReaders[] = {
 
 }  // namespace
 
-Value iCalEKFunctions::getEventAttribute(TextArgument keyword, std::int32_t /*at*/, TextArgument /*uid*/) {
+Value iCalEKFunctions::getEventAttribute(const Keyword& keyword, std::int32_t /*at*/, TextArgument /*uid*/) {
   if (!m_ekEvent) return noValue(kErrGetNeedsEvent);
-  if (!keyword) return noValue(kErrPropertyMissing);
-  const Reader<ek::Event>* read = find(kReaders, Keyword(keyword));
+  if (keyword.isNone()) return noValue(kErrPropertyMissing);
+  const Reader<ek::Event>* read = find(kReaders, keyword);
   return read ? (*read)(*m_ekEvent) : getCalendarItemAttribute(keyword, *m_ekEvent);
 }
 

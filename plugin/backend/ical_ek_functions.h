@@ -15,6 +15,7 @@
 
 #include "eventkit/event_store.h"
 #include "plugin/backend/cursor.h"
+#include "plugin/backend/keywords.h"
 #include "plugin/backend/value.h"
 #include "plugin/shell/error_catalogue.h"
 
@@ -68,17 +69,17 @@ class iCalEKFunctions : private Cursor {
   int openParticipantAt(std::int32_t position);
 
   // The count, or -1.
-  int getObjectCount(TextArgument type);
+  int getObjectCount(const Keyword& type);
 
   // Attribute reading, always of the open item; at and uid are not used.
-  Value getCalendarAttribute(TextArgument keyword, std::int32_t at, TextArgument uid);
-  Value getEventAttribute(TextArgument keyword, std::int32_t at, TextArgument uid);
-  Value getReminderAttribute(TextArgument keyword, std::int32_t at, TextArgument uid);
-  Value getCalendarItemAttribute(TextArgument keyword, const ek::CalendarItem& item);
-  Value getAlarmAttribute(TextArgument keyword, std::int32_t at, TextArgument uid);
-  Value getParticipantAttribute(TextArgument keyword, std::int32_t at, TextArgument uid);
-  Value getEventParticipantAttribute(TextArgument keyword, std::int32_t atIndex);
-  Value getEventRecurrenceRuleAttribute(TextArgument keyword, TextArgument recurrenceEnd);
+  Value getCalendarAttribute(const Keyword& keyword, std::int32_t at, TextArgument uid);
+  Value getEventAttribute(const Keyword& keyword, std::int32_t at, TextArgument uid);
+  Value getReminderAttribute(const Keyword& keyword, std::int32_t at, TextArgument uid);
+  Value getCalendarItemAttribute(const Keyword& keyword, const ek::CalendarItem& item);
+  Value getAlarmAttribute(const Keyword& keyword, std::int32_t at, TextArgument uid);
+  Value getParticipantAttribute(const Keyword& keyword, std::int32_t at, TextArgument uid);
+  Value getEventParticipantAttribute(const Keyword& keyword, std::int32_t atIndex);
+  Value getEventRecurrenceRuleAttribute(const Keyword& keyword, const Keyword& recurrenceEnd);
 
   // Creating and setting: in memory, until the item is saved. setCalendarItemProp wants its keyword
   // lower-cased; for an unknown one it gives the keyword's ordering against "url".
@@ -127,7 +128,7 @@ class iCalEKFunctions : private Cursor {
   std::shared_ptr<ek::Calendar> calendarTitled(const std::string& title);
   int countReminders();
   int countAlarms();
-  Value recurrenceEndAttribute(TextArgument keyword);
+  Value recurrenceEndAttribute(const Keyword& keyword);
 
   int setColor(TextArgument text);
   void setPriority(const Value& value);

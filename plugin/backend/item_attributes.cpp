@@ -14,15 +14,14 @@ Value ofCalendar(const ek::CalendarItem& item, Value (*read)(const ek::Calendar&
 
 // Scripts rely on what looks inverted: "modifieddate" is unknown here, and every other word that gets this
 // far, known or not, reads as the date of the last change.
-Value iCalEKFunctions::getCalendarItemAttribute(TextArgument keyword, const ek::CalendarItem& item) {
-  if (!keyword) return noValue(kErrPropertyMissing);
-  const Keyword word(keyword);
-  if (word == "calendartitle")
+Value iCalEKFunctions::getCalendarItemAttribute(const Keyword& keyword, const ek::CalendarItem& item) {
+  if (keyword.isNone()) return noValue(kErrPropertyMissing);
+  if (keyword == "calendartitle")
     return ofCalendar(item, [](const ek::Calendar& calendar) { return valueOf(calendar.title()); });
-  if (word == "calendaruid")
+  if (keyword == "calendaruid")
     return ofCalendar(item,
                       [](const ek::Calendar& calendar) { return valueOf(calendar.calendarIdentifier()); });
-  if (word == "modifieddate") return noValue(kErrPropertyUnknown);
+  if (keyword == "modifieddate") return noValue(kErrPropertyUnknown);
   return valueOf(item.lastModifiedDate());
 }
 

@@ -1,25 +1,36 @@
 #include "plugin/backend/keywords.h"
 
+#include <vector>
+
+#include "foundation/text.h"
+
 namespace zuno {
 
 namespace {
 
-constexpr KeywordRow<ItemType> kItemTypes[] = {
-    {"event", ItemType::event},
-    {"task", ItemType::reminder},  // the older word; scripts use both
-    {"reminder", ItemType::reminder},
-    {"calendar", ItemType::calendar},
-    {"reminderlist", ItemType::reminderList},
-    {"alarm", ItemType::alarm},
-    {"attendee", ItemType::attendee},
-    {"recurrencerule", ItemType::recurrenceRule},
-};
+constexpr KeywordSignature kTooLong = 0xFFFFFFFF;
+constexpr std::uint16_t kKelvinSign = 0x212A;  // the one letter outside ASCII whose lower case is inside
+constexpr char kForeign = '\x80';              // any other one: it is in no word
+
+char letterOf(std::uint16_t unit) {
+  if (unit >= 'A' && unit <= 'Z') return static_cast<char>(unit - 'A' + 'a');
+  if (unit < 0x80) return static_cast<char>(unit);
+  return unit == kKelvinSign ? 'k' : kForeign;
+}
 
 }  // namespace
 
-std::optional<ItemType> itemTypeFrom(TextArgument keyword) {
-  const ItemType* type = find(kItemTypes, Keyword(keyword));
-  return type ? std::optional(*type) : std::nullopt;
+Keyword::Keyword(std::span<const std::uint16_t> utf16) : signature_(kTooLong), isNone_(false) {
+  if (utf16.size() > kLongest) return;
+  std::transform(utf16.begin(), utf16.end(), letters_.begin(), letterOf);
+  signature_ = signatureOf({letters_.data(), utf16.size()});
+}
+
+Keyword::Keyword(TextArgument text) {
+  if (!text) return;
+  std::vector<std::uint16_t> units((*text).size());
+  units.resize(foundation::utf16FromUtf8(*text, units.data()));
+  *this = Keyword(units);
 }
 
 bool isTrue(const Value& value) { return Keyword(plainTextOf(value)) == "true"; }

@@ -20,7 +20,7 @@ std::shared_ptr<ek::Calendar> titled(const ek::Calendars& calendars, const std::
 std::optional<ek::Calendars> iCalEKFunctions::calendarArrayFromString(TextArgument names, TextArgument type) {
   if (!names) {
     if (m_ekCalendar) return ek::Calendars{m_ekCalendar};
-    const std::optional<ItemType> kind = itemTypeFrom(type);
+    const ItemType kind = itemTypeFrom(type);
     if (kind == ItemType::calendar) return m_ekEventStore->calendarsForEntityType(ek::EntityType::event);
     if (kind == ItemType::reminderList)
       return m_ekEventStore->calendarsForEntityType(ek::EntityType::reminder);

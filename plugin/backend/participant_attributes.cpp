@@ -42,19 +42,19 @@ constexpr KeywordRow<ParticipantReader> kNumberReaders[] = {
 
 }  // namespace
 
-Value iCalEKFunctions::getParticipantAttribute(TextArgument keyword, std::int32_t /*at*/,
+Value iCalEKFunctions::getParticipantAttribute(const Keyword& keyword, std::int32_t /*at*/,
                                                TextArgument /*uid*/) {
   if (!m_ekParticipant) return noValue(kErrGetNeedsAttendee);
-  if (!keyword) return noValue(kErrPropertyMissing);
-  const ParticipantReader* read = find(kReaders, Keyword(keyword));
+  if (keyword.isNone()) return noValue(kErrPropertyMissing);
+  const ParticipantReader* read = find(kReaders, keyword);
   return read ? (*read)(*m_ekParticipant, *m_AddressBook) : noValue(kErrPropertyUnknown);
 }
 
 // The same with bare numbers for status, role and type.
-Value iCalEKFunctions::getEventParticipantAttribute(TextArgument keyword, std::int32_t /*atIndex*/) {
+Value iCalEKFunctions::getEventParticipantAttribute(const Keyword& keyword, std::int32_t /*atIndex*/) {
   if (!m_ekParticipant) return noValue(kErrGetNeedsAttendee);
-  if (!keyword) return noValue(kErrPropertyMissing);
-  const ParticipantReader* read = find(kNumberReaders, Keyword(keyword));
+  if (keyword.isNone()) return noValue(kErrPropertyMissing);
+  const ParticipantReader* read = find(kNumberReaders, keyword);
   return read ? (*read)(*m_ekParticipant, *m_AddressBook) : noValue(kErrPropertyUnknown);
 }
 

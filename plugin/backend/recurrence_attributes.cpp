@@ -78,25 +78,24 @@ constexpr ReaderRow<ek::RecurrenceEnd> kEndReaders[] = {
 
 }  // namespace
 
-Value iCalEKFunctions::getEventRecurrenceRuleAttribute(TextArgument keyword, TextArgument recurrenceEnd) {
+Value iCalEKFunctions::getEventRecurrenceRuleAttribute(const Keyword& keyword, const Keyword& recurrenceEnd) {
   if (!m_ekEvent) return noValue(kErrGetRecurrenceNeedsEvent);
-  if (!keyword) return noValue(kErrPropertyMissing);
+  if (keyword.isNone()) return noValue(kErrPropertyMissing);
   if (!m_ekRecurrenceRule) {
     const std::vector<ek::RecurrenceRule> rules = m_ekEvent->recurrenceRules();
     if (!rules.empty()) m_ekRecurrenceRule = rules.front();
   }
-  const Keyword word(keyword);
-  if (word == "weeksoftheyear") return noValue(kErrWeeksOfTheYear);
-  if (word == "recurrenceend") return recurrenceEndAttribute(recurrenceEnd);
-  const Reader<ek::RecurrenceRule>* read = find(kReaders, word);
+  if (keyword == "weeksoftheyear") return noValue(kErrWeeksOfTheYear);
+  if (keyword == "recurrenceend") return recurrenceEndAttribute(recurrenceEnd);
+  const Reader<ek::RecurrenceRule>* read = find(kReaders, keyword);
   if (read == nullptr) return noValue(kErrPropertyUnknown);
   return (*read)(m_ekRecurrenceRule ? *m_ekRecurrenceRule : blankRule());
 }
 
-Value iCalEKFunctions::recurrenceEndAttribute(TextArgument keyword) {
+Value iCalEKFunctions::recurrenceEndAttribute(const Keyword& keyword) {
   if (!m_ekRecurrenceRule || !m_ekRecurrenceRule->end) return "never";
-  if (!keyword) return noValue(kErrMissingArgument);
-  const Reader<ek::RecurrenceEnd>* read = find(kEndReaders, Keyword(keyword));
+  if (keyword.isNone()) return noValue(kErrMissingArgument);
+  const Reader<ek::RecurrenceEnd>* read = find(kEndReaders, keyword);
   return read ? (*read)(*m_ekRecurrenceRule->end) : noValue(kErrInvalidArgument);
 }
 

@@ -34,12 +34,13 @@ constexpr ReaderRow<ek::Reminder> kReaders[] = {
 
 }  // namespace
 
-Value iCalEKFunctions::getReminderAttribute(TextArgument keyword, std::int32_t /*at*/, TextArgument /*uid*/) {
+Value iCalEKFunctions::getReminderAttribute(const Keyword& keyword, std::int32_t /*at*/,
+                                            TextArgument /*uid*/) {
   if (!m_ekReminder) return noValue(kErrGetNeedsReminder);
-  if (!keyword) return noValue(kErrPropertyMissing);
-  const Keyword word(keyword);
-  if (const Reader<ek::Reminder>* read = find(kReaders, word)) return (*read)(ek::asReminder(*m_ekReminder));
-  if (const Reader<ek::CalendarItem>* read = find(kCommonReaders, word)) return (*read)(*m_ekReminder);
+  if (keyword.isNone()) return noValue(kErrPropertyMissing);
+  if (const Reader<ek::Reminder>* read = find(kReaders, keyword))
+    return (*read)(ek::asReminder(*m_ekReminder));
+  if (const Reader<ek::CalendarItem>* read = find(kCommonReaders, keyword)) return (*read)(*m_ekReminder);
   return getCalendarItemAttribute(keyword, *m_ekReminder);
 }
 

@@ -9,7 +9,7 @@ int iCalEKFunctions::removeItem(TextArgument type, TextArgument uid, std::option
   releaseItems();
   const std::optional<ek::Span> reach = spanFrom(span);
   if (span && !reach) return fail(kErrInvalidArgument);
-  const std::optional<ItemType> kind = itemTypeFrom(type);
+  const ItemType kind = itemTypeFrom(type);
   const std::string identifier(uid.value_or(""));
   try {
     if (kind == ItemType::calendar || kind == ItemType::reminderList) return removeCalendar(identifier);

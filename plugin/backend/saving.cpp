@@ -22,7 +22,7 @@ std::optional<ek::Source> sourceOf(const std::shared_ptr<ek::Calendar>& calendar
 int iCalEKFunctions::saveItem(TextArgument type, TextArgument span) {
   const std::optional<ek::Span> reach = spanFrom(span);
   if (span && !reach) return fail(kErrSpanUnknown);
-  const std::optional<ItemType> kind = itemTypeFrom(type);
+  const ItemType kind = itemTypeFrom(type);
   try {
     if (kind == ItemType::calendar) return saveCalendar();
     if (kind == ItemType::reminderList) return saveReminderList();

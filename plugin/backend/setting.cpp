@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "foundation/text.h"
 #include "foundation/time_zone.h"
 #include "plugin/backend/ical_ek_functions.h"
 #include "plugin/backend/keywords.h"

@@ -21,7 +21,7 @@ std::optional<std::string> textOf(const Value& value) {
 
 TextArgument plainTextOf(const Value& value) {
   const std::string* text = std::get_if<std::string>(&value);
-  return text ? TextArgument(*text) : std::nullopt;
+  return text ? TextArgument(*text) : TextArgument();
 }
 
 std::optional<std::string> owned(TextArgument text) {

@@ -12,8 +12,27 @@ namespace zuno {
 
 using foundation::Date;
 
-// A text that a caller may leave out. Borrowed for the call.
-using TextArgument = std::optional<std::string_view>;
+// A text that a caller may leave out. Borrowed for the call. Two words, so that it passes in registers.
+class TextArgument {
+ public:
+  constexpr TextArgument() = default;
+  constexpr TextArgument(std::nullopt_t) {}
+  constexpr TextArgument(std::string_view text) : text_(text.data() == nullptr ? "" : text) {}
+  constexpr TextArgument(const char* text) : text_(text) {}
+  TextArgument(const std::string& text) : text_(text) {}
+  TextArgument(const std::optional<std::string>& text) : text_(text ? *text : std::string_view()) {}
+
+  constexpr bool has_value() const { return text_.data() != nullptr; }
+  constexpr explicit operator bool() const { return has_value(); }
+  constexpr std::string_view operator*() const { return text_; }
+  friend constexpr bool operator==(TextArgument text, std::string_view other) {
+    return text.has_value() && *text == other;
+  }
+  constexpr std::string_view value_or(std::string_view other) const { return has_value() ? text_ : other; }
+
+ private:
+  std::string_view text_;  // null data for none
+};
 
 // A property's value: none, a text, or a date. A date reads as text in the default time zone, in the form
 // "2024-05-01 09:00:00 +0200".

@@ -28,6 +28,7 @@ class Call {
   static void begin();
 
   std::optional<std::string> text(fmx::uint32 index) const { return arguments_.text(index); }
+  Keyword keyword(fmx::uint32 index) const { return arguments_.keyword(index); }
   // For what the backend takes in 32 bits; the host's integers have no more.
   std::int32_t number(fmx::uint32 index) const {
     return static_cast<std::int32_t>(arguments_.integer(index));

@@ -1,8 +1,8 @@
 #include "plugin/functions/host_values.h"
 
-#include <array>
-#include <type_traits>
-#include <vector>
+#include <memory>
+#include <span>
+#include <string>
 
 #include "foundation/text.h"
 
@@ -13,44 +13,54 @@ namespace {
 // Keywords and most texts are shorter, and then need no memory of their own on the way.
 constexpr std::size_t kShortText = 256;
 
-// Copies unit by unit; true when all were ASCII, and the copy is the same text then.
-template <class From, class To>
-bool copyAscii(const From* from, std::size_t count, To* to) {
+// Copies unit by unit; false for a text that is not ASCII, whose copy is none.
+bool copyAscii(const fmx::uint16* from, std::size_t count, char* to) {
   unsigned seen = 0;
   for (std::size_t i = 0; i < count; ++i) {
-    const auto unit = static_cast<std::make_unsigned_t<From>>(from[i]);
-    to[i] = static_cast<To>(unit);
-    seen |= unit;
+    to[i] = static_cast<char>(from[i]);
+    seen |= from[i];
   }
   return seen < 0x80;
 }
 
-std::string utf8From(const fmx::Text& text, fmx::uint32 size) {
-  if (size > kShortText) {
-    std::vector<fmx::uint16> units(size);
-    text.GetUnicode(units.data(), 0, size);
-    return foundation::utf8FromUtf16(std::u16string(units.begin(), units.end()));
-  }
-  std::array<fmx::uint16, kShortText> units;
-  std::array<char, kShortText> narrow;
-  text.GetUnicode(units.data(), 0, size);
-  if (copyAscii(units.data(), size, narrow.data())) return {narrow.data(), size};
-  return foundation::utf8FromUtf16(std::u16string(units.begin(), units.begin() + size));
+void assignUtf8(const fmx::uint16* units, std::size_t count, std::string& text) {
+  text.resize(count);
+  if (!copyAscii(units, count, text.data())) text = foundation::utf8FromUtf16(std::span(units, count));
 }
 
-void assignUnits(const fmx::uint16* terminated, fmx::Data& result) {
-  const fmx::TextUniquePtr text;
-  text->AssignUnicode(terminated);
-  result.SetAsText(*text, result.GetLocale());
-}
+// Memory for so many units.
+class Units {
+ public:
+  explicit Units(std::size_t count) : large_(count > kShortText ? new fmx::uint16[count] : nullptr) {}
+  fmx::uint16* data() { return large_ ? large_.get() : small_; }
+
+ private:
+  std::unique_ptr<fmx::uint16[]> large_;
+  fmx::uint16 small_[kShortText];
+};
 
 }  // namespace
 
 std::optional<std::string> Arguments::text(fmx::uint32 index) const {
-  if (index >= count_) return std::nullopt;
+  std::optional<std::string> result;
+  if (index >= count_) return result;
+  const fmx::Text& text = values_.AtAsText(index);
+  if (const fmx::uint32 size = text.GetSize()) {
+    Units units(size);
+    text.GetUnicode(units.data(), 0, size);
+    assignUtf8(units.data(), size, result.emplace());
+  }
+  return result;
+}
+
+Keyword Arguments::keyword(fmx::uint32 index) const {
+  if (index >= count_) return {};
   const fmx::Text& text = values_.AtAsText(index);
   const fmx::uint32 size = text.GetSize();
-  return size == 0 ? std::nullopt : std::optional(utf8From(text, size));
+  if (size == 0) return {};
+  Units units(size);
+  text.GetUnicode(units.data(), 0, size);
+  return Keyword(std::span(units.data(), size));
 }
 
 std::int64_t Arguments::integer(fmx::uint32 index) const {
@@ -59,20 +69,15 @@ std::int64_t Arguments::integer(fmx::uint32 index) const {
 
 void AssignStringResult(TextArgument text, fmx::Data& result) {
   const std::string_view bytes = text.value_or("");
-  if (bytes.size() < kShortText) {
-    std::array<fmx::uint16, kShortText> units;
-    units[bytes.size()] = 0;
-    if (copyAscii(bytes.data(), bytes.size(), units.data())) return assignUnits(units.data(), result);
-  }
-  const std::u16string wide = foundation::utf16FromUtf8(bytes);
-  std::vector<fmx::uint16> units(wide.begin(), wide.end());
-  units.push_back(0);
-  assignUnits(units.data(), result);
+  Units units(bytes.size() + 1);
+  units.data()[foundation::utf16FromUtf8(bytes, units.data())] = 0;
+  const fmx::TextUniquePtr wide;
+  wide->AssignUnicode(units.data());
+  result.SetAsText(*wide, result.GetLocale());
 }
 
 void assignNumber(std::int64_t number, fmx::Data& result) {
-  const fmx::FixPtUniquePtr value(0, fmx::FixPt::kDefltFixedPrecision);
-  value->AssignInt(static_cast<fmx::int32>(number));
+  const fmx::FixPtUniquePtr value(static_cast<fmx::int32>(number));
   result.SetAsNumber(*value);
 }
 

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "FMWrapper/FMXCalcEngine.h"
+#include "plugin/backend/keywords.h"
 #include "plugin/backend/value.h"
 
 namespace zuno {
@@ -18,6 +19,8 @@ class Arguments {
 
   // No text where the argument is empty.
   std::optional<std::string> text(fmx::uint32 index) const;
+  // The same, for a word whose case does not matter.
+  Keyword keyword(fmx::uint32 index) const;
   std::int64_t integer(fmx::uint32 index) const;
   // A timestamp, as wall-clock time in the default zone with the offset that holds there today. Nothing for
   // an empty argument and for what is no timestamp.

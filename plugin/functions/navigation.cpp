@@ -27,6 +27,7 @@ OpenAt openAt(ItemType type) {
     case ItemType::alarm:
       return &iCalEKFunctions::openAlarmAt;
     case ItemType::recurrenceRule:
+    case ItemType::none:
       break;
   }
   return nullptr;
@@ -55,9 +56,9 @@ void openWithUID(Call& call, ItemType type, const std::string& uid, std::optiona
 fmx::errcode Zuno_GetItemCountForType(short /*functionId*/, const fmx::ExprEnv& environment,
                                       const fmx::DataVect& arguments, fmx::Data& result) {
   return runCall(environment, arguments, result, [](Call& call) {
-    const std::optional<std::string> type = call.text(0);
+    const Keyword type = call.keyword(0);
     Call::clearErrors();
-    if (!type) return;
+    if (type.isNone()) return;
     const int count = Call::ask([&](iCalEKFunctions& backend) { return backend.getObjectCount(type); });
     if (!Call::failed()) assignNumber(count, call.result());
   });
@@ -67,11 +68,10 @@ fmx::errcode Zuno_GetItemCountForType(short /*functionId*/, const fmx::ExprEnv& 
 fmx::errcode Zuno_OpenItemAt(short /*functionId*/, const fmx::ExprEnv& environment,
                              const fmx::DataVect& arguments, fmx::Data& result) {
   return runCall(environment, arguments, result, [](Call& call) {
-    const std::optional<std::string> type = call.text(0);
+    const Keyword type = call.keyword(0);
     const std::int32_t position = call.number(1);
     Call::clearErrors();
-    const std::optional<ItemType> kind = type ? itemTypeFrom(type) : ItemType::calendar;
-    const OpenAt open = kind ? openAt(*kind) : nullptr;
+    const OpenAt open = openAt(type.isNone() ? ItemType::calendar : itemTypeFrom(type));
     if (open == nullptr) return Call::fail(kErrInvalidParameters);
     Call::ask([&](iCalEKFunctions& backend) { return (backend.*open)(position); });
     call.succeed();
@@ -81,13 +81,12 @@ fmx::errcode Zuno_OpenItemAt(short /*functionId*/, const fmx::ExprEnv& environme
 fmx::errcode Zuno_OpenItemWithUID(short /*functionId*/, const fmx::ExprEnv& environment,
                                   const fmx::DataVect& arguments, fmx::Data& result) {
   return runCall(environment, arguments, result, [](Call& call) {
-    const std::optional<std::string> type = call.text(0);
+    const Keyword type = call.keyword(0);
     const std::optional<std::string> uid = call.text(1);
     const std::optional<Date> occurrence = call.date(2);
     Call::clearErrors();
-    const std::optional<ItemType> kind = itemTypeFrom(type);
-    if (!kind || !uid) return Call::fail(kErrInvalidParameters);
-    openWithUID(call, *kind, *uid, occurrence);
+    if (!uid) return Call::fail(kErrInvalidParameters);
+    openWithUID(call, itemTypeFrom(type), *uid, occurrence);
   });
 }
 

@@ -26,7 +26,7 @@ bool isOneOf(const std::string_view (&words)[N], const Keyword& keyword) {
                      [&](std::string_view word) { return keyword == word; });
 }
 
-Value read(iCalEKFunctions& backend, ItemType type, TextArgument property, TextArgument subProperty) {
+Value read(iCalEKFunctions& backend, ItemType type, const Keyword& property, const Keyword& subProperty) {
   switch (type) {
     case ItemType::event:
       return backend.getEventAttribute(property, 1, std::nullopt);
@@ -41,6 +41,8 @@ Value read(iCalEKFunctions& backend, ItemType type, TextArgument property, TextA
       return backend.getParticipantAttribute(property, 1, std::nullopt);
     case ItemType::recurrenceRule:
       return backend.getEventRecurrenceRuleAttribute(property, subProperty);
+    case ItemType::none:
+      Call::fail(kErrInvalidParameters);
   }
   return {};
 }
@@ -59,6 +61,7 @@ int write(iCalEKFunctions& backend, ItemType type, const std::string& property, 
     case ItemType::recurrenceRule:  // accepted, without effect
       return 0;
     case ItemType::attendee:
+    case ItemType::none:
       Call::fail(kErrInvalidParameters);
   }
   return -1;
@@ -80,16 +83,15 @@ void assignValue(const Value& value, const Keyword& property, const Keyword& sub
 fmx::errcode Zuno_GetProperty(short /*functionId*/, const fmx::ExprEnv& environment,
                               const fmx::DataVect& arguments, fmx::Data& result) {
   return runCall(environment, arguments, result, [](Call& call) {
-    const std::optional<std::string> type = call.text(0);
-    const std::optional<std::string> property = call.text(1);
-    const std::optional<std::string> subProperty = call.text(2);
+    const Keyword type = call.keyword(0);
+    const Keyword property = call.keyword(1);
+    const Keyword subProperty = call.keyword(2);
     Call::clearErrors();
-    if (!type || !property) return;
-    const std::optional<ItemType> kind = itemTypeFrom(type);
-    if (!kind) return Call::fail(kErrInvalidParameters);
+    if (type.isNone() || property.isNone()) return;
+    const ItemType kind = itemTypeFrom(type);
     const Value value =
-        Call::ask([&](iCalEKFunctions& backend) { return read(backend, *kind, property, subProperty); });
-    if (!Call::failed()) assignValue(value, Keyword(property), Keyword(subProperty), call.result());
+        Call::ask([&](iCalEKFunctions& backend) { return read(backend, kind, property, subProperty); });
+    if (!Call::failed()) assignValue(value, property, subProperty, call.result());
   });
 }
 
@@ -103,9 +105,8 @@ fmx::errcode Zuno_SetProperty(short /*functionId*/, const fmx::ExprEnv& environm
     Call::clearErrors();
     if (!type || !property) return;
     if (isDate && !dateOf(value)) return Call::fail(kErrMissingArgument);
-    const std::optional<ItemType> kind = itemTypeFrom(type);
-    if (!kind) return Call::fail(kErrInvalidParameters);
-    Call::ask([&](iCalEKFunctions& backend) { return write(backend, *kind, *property, value); });
+    const ItemType kind = itemTypeFrom(type);
+    Call::ask([&](iCalEKFunctions& backend) { return write(backend, kind, *property, value); });
     call.succeed();
   });
 }

@@ -51,8 +51,8 @@ fmx::errcode Zuno_Version(short /*functionId*/, const fmx::ExprEnv& environment,
 fmx::errcode Zuno_GetLastError(short /*functionId*/, const fmx::ExprEnv& environment,
                                const fmx::DataVect& arguments, fmx::Data& result) {
   return runInSession(environment, result, [&] {
-    const std::optional<std::string> form = Arguments(arguments).text(0);
-    if (form && !(Keyword(form) == "text"))
+    const Keyword form = Arguments(arguments).keyword(0);
+    if (!form.isNone() && !(form == "text"))
       return assignNumber(static_cast<std::int32_t>(g_llasterror), result);
     const fmx::TextUniquePtr message;
     message->Assign(lastErrorText().c_str());

@@ -1,6 +1,7 @@
 #include "plugin/shell/sessions.h"
 
-#include <algorithm>
+#include <list>
+#include <mutex>
 #include <unordered_map>
 #include <utility>
 
@@ -15,21 +16,26 @@ namespace {
 
 // What a session leaves behind between its calls.
 struct Session {
+  std::uint64_t id = 0;
   Cursor cursor;
   std::int64_t lastError = 0;
   zuno_PluginError pluginError;
-  std::uint64_t lastUse = 0;
+  SessionClock::time_point lastUse;
 };
+
+}  // namespace
 
 struct Sessions {
   std::recursive_mutex mutex;
-  std::optional<std::uint64_t> current;  // none before the first call
-  int running = 0;                       // calls, nested ones
-  std::uint64_t uses = 0;
-  std::unordered_map<std::uint64_t, Session> idle;
+  std::optional<std::uint64_t> current;                                    // none before the first call
+  int running = 0;                                                         // calls, nested ones
+  std::list<Session> idle;                                                 // the longest idle first
+  std::unordered_map<std::uint64_t, std::list<Session>::iterator> places;  // in idle
 };
 
-Sessions& sessions() {
+namespace {
+
+Sessions& allSessions() {
   static Sessions& all = *new Sessions;  // outlives whatever the cursors refer to
   return all;
 }
@@ -40,40 +46,50 @@ void exchangeWithCurrent(Session& session) {
   if (error) std::swap(*error, session.pluginError);
 }
 
-void forgetLongestIdle(std::unordered_map<std::uint64_t, Session>& idle) {
-  idle.erase(std::min_element(idle.begin(), idle.end(), [](const auto& one, const auto& other) {
-    return one.second.lastUse < other.second.lastUse;
-  }));
+void forgetLongestIdle(Sessions& all) {
+  all.places.erase(all.idle.front().id);
+  all.idle.pop_front();
 }
 
-void makeCurrent(std::uint64_t session) {
-  Sessions& all = sessions();
+void makeCurrent(Sessions& all, std::uint64_t session) {
   if (all.current == session) return;
   // The first session takes over what initialisation has left.
   if (all.current) {
-    Session& leaving = all.idle[*all.current];
-    if (const auto known = all.idle.extract(session)) leaving = std::move(known.mapped());
-    exchangeWithCurrent(leaving);
-    leaving.lastUse = ++all.uses;
-    if (all.idle.size() > kRememberedSessions) forgetLongestIdle(all.idle);
+    const auto known = all.places.extract(session);
+    const auto place = known ? known.mapped() : all.idle.emplace(all.idle.end());
+    exchangeWithCurrent(*place);
+    place->id = *all.current;
+    place->lastUse = SessionClock::now();
+    all.idle.splice(all.idle.end(), all.idle, place);
+    all.places.emplace(place->id, place);
+    if (all.idle.size() > kRememberedSessions) forgetLongestIdle(all);
+    forgetSessionsIdleSince(place->lastUse - kRememberedFor);
   }
   all.current = session;
 }
 
 }  // namespace
 
-SessionLock::SessionLock() : lock_(sessions().mutex) {}
+void forgetSessionsIdleSince(SessionClock::time_point time) {
+  Sessions& all = allSessions();
+  while (!all.idle.empty() && all.idle.front().lastUse < time) forgetLongestIdle(all);
+}
+
+SessionLock::SessionLock() : sessions_(allSessions()) { sessions_.mutex.lock(); }
+
+SessionLock::~SessionLock() { sessions_.mutex.unlock(); }
 
 SessionScope::SessionScope(std::uint64_t session) {
-  Sessions& all = sessions();
+  Sessions& all = lock_.sessions();
   if (all.running > 0) interrupted_ = all.current;
-  makeCurrent(session);
+  makeCurrent(all, session);
   ++all.running;
 }
 
 SessionScope::~SessionScope() {
-  --sessions().running;
-  if (interrupted_) makeCurrent(*interrupted_);
+  Sessions& all = lock_.sessions();
+  --all.running;
+  if (interrupted_) makeCurrent(all, *interrupted_);
 }
 
 }  // namespace zuno

@@ -3,24 +3,32 @@
 // else waits.
 #pragma once
 
+#include <chrono>
+#include <cstddef>
 #include <cstdint>
-#include <mutex>
 #include <optional>
 
 namespace zuno {
+
+struct Sessions;
 
 // The lock alone, for what belongs to no session. Recursive: while a call waits for the calendar store on the
 // host's run loop, the host may call again on the same thread.
 class SessionLock {
  public:
   SessionLock();
+  ~SessionLock();
+  SessionLock(const SessionLock&) = delete;
+  SessionLock& operator=(const SessionLock&) = delete;
+
+  Sessions& sessions() const { return sessions_; }
 
  private:
-  std::lock_guard<std::recursive_mutex> lock_;
+  Sessions& sessions_;
 };
 
 // The session is current for as long as this lives; then the one is again that was before, when that one's
-// call is still running. Of the sessions that have been idle longest only so many are remembered.
+// call is still running.
 class SessionScope {
  public:
   explicit SessionScope(std::uint64_t session);
@@ -33,7 +41,13 @@ class SessionScope {
   std::optional<std::uint64_t> interrupted_;
 };
 
-// How many sessions other than the current one keep their state.
+// Of the sessions other than the current one those keep their state that were in use last: so many, and no
+// longer than this.
 inline constexpr std::size_t kRememberedSessions = 1000;
+inline constexpr std::chrono::hours kRememberedFor{24};
+
+using SessionClock = std::chrono::steady_clock;
+// Called whenever another session becomes current.
+void forgetSessionsIdleSince(SessionClock::time_point time);
 
 }  // namespace zuno

@@ -112,6 +112,8 @@ TEST_F(Functions, KeywordsBeyondAscii) {
   EXPECT_EQ(call("GetItemCountForType", {text("TAS\u212A")}), numberAnswer(2));
   expectFailure(call("GetItemCountForType", {text("REM\u0130NDER")}), 9042);
   expectFailure(call("GetItemCountForType", {text("tas\uFF4B")}), 9042);
+  for (const std::size_t length : {32, 33, 1'000'000})
+    expectFailure(call("GetItemCountForType", {text("task" + std::string(length - 4, 'k'))}), 9042);
 }
 
 TEST_F(Functions, AnEmptyTypeOpensTheCalendarAtThePosition) {

@@ -65,6 +65,19 @@ TEST_F(Sessions, TheLongestIdleAreForgotten) {
   EXPECT_EQ(lastError(forgotten).first, 9066);
 }
 
+TEST_F(Sessions, IdleForLongTheyAreForgotten) {
+  const std::uint64_t current = fresh();
+  const std::uint64_t idle = fresh();
+  open(1, idle);
+  open(2, current);
+  forgetSessionsIdleSince(SessionClock::now() - kRememberedFor);
+  EXPECT_EQ(title(idle), textAnswer("Standup"));
+  EXPECT_EQ(title(current), textAnswer("Review"));
+  forgetSessionsIdleSince(SessionClock::now());
+  EXPECT_EQ(title(current), textAnswer("Review"));
+  EXPECT_EQ(title(idle), kFailure);
+}
+
 TEST_F(Sessions, ACallWithinACallLeavesTheFirstAsItWas) {
   const std::uint64_t one = fresh();
   const std::uint64_t other = fresh();
