@@ -260,6 +260,31 @@ TEST_F(Texts, FromAnExtraDateOnTheRuleKeepsItsWeeks) {
   EXPECT_THAT(titlesOf(*found), ElementsAre("a", "b", "b", "b", "b"));
 }
 
+TEST_F(Texts, ASplitSeriesLeavesOutWhatItsExclusionRulesDid) {
+  // Every third day is out, counted from the first.
+  imported(
+      "BEGIN:VEVENT\r\nUID:1\r\nDTSTART:20240506T090000Z\r\nSUMMARY:a\r\nRRULE:FREQ=DAILY;COUNT=9\r\n"
+      "EXRULE:FREQ=DAILY;INTERVAL=3\r\nEND:VEVENT\r\n",
+      "1");
+  const auto days = [this] { return startsOf(*eventsBetween(utc(2024, 5, 1), utc(2024, 6, 1))); };
+  const auto before = days();
+  ASSERT_EQ(before.size(), 6U);
+  const auto fourth = eventAt(before[3]);
+  fourth->setTitle("b");
+  save(fourth, Span::futureEvents);
+  EXPECT_EQ(days(), before);
+  EXPECT_EQ(eventAt(before[3])->title(), "b");
+
+  imported(
+      "BEGIN:VEVENT\r\nUID:2\r\nDTSTART:20250101T090000Z\r\nSUMMARY:a\r\nRRULE:FREQ=DAILY\r\n"
+      "EXRULE:FREQ=WEEKLY;BYDAY=SA\r\nEND:VEVENT\r\n",
+      "2");
+  const auto later = eventAt(utc(2025, 1, 10, 9));
+  later->setTitle("b");
+  EXPECT_THAT(textAfterSave(later, Span::futureEvents),
+              AllOf(HasSubstr("EXRULE:FREQ=WEEKLY;BYDAY=SA\r\n"), Not(HasSubstr("EXDATE"))));
+}
+
 TEST_F(Texts, AllDayAndTimedAreExchanged) {
   const auto event = newEvent("a", utc(2024, 5, 1, 7), hours(1));
   event->addRecurrenceRule({.frequency = ek::RecurrenceFrequency::daily,

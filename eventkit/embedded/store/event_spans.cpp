@@ -41,6 +41,7 @@ EventWriter::Saved EventWriter::saveFuture(const EmbeddedEvent& event, Resource&
                                            RowId calendar) {
   const WallTime place = *event.placement().recurrenceId;
   Resource future = resource;
+  const std::vector<WallTime> excluded = future.excludedByRules(place);
   if (event.areRulesChanged() && event.rules().empty()) {
     future.components() = {occurrenceComponent(event, resource)};
     future.master().remove("RECURRENCE-ID");
@@ -50,6 +51,8 @@ EventWriter::Saved EventWriter::saveFuture(const EmbeddedEvent& event, Resource&
     future.beginAt(place, place);
     future.master().remove("RRULE");
   }
+  // An EXRULE counts from the start, which is another one now.
+  if (future.excludedByRules(place) != excluded) future.excludeByDates(excluded);
   future.setUid(newIdentifier());
   future.master().set(ical::Line::make("SEQUENCE", "0"));
   const std::optional<WallTime> newPlace = editWhole(event, future, calendar);

@@ -1,6 +1,7 @@
 #include "eventkit/embedded/store/resource.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "eventkit/embedded/ical/values.h"
 #include "eventkit/embedded/store/fields.h"
@@ -179,6 +180,39 @@ void Resource::beginAt(WallTime place, WallTime newStart) {
   ical::Component& series = master();
   series.set(series.find("DTSTART")->withValue(written.value(newStart)));
   moveEnd(series, oldStart, written, newStart, zones_);
+}
+
+std::vector<WallTime> Resource::excludedByRules(WallTime place) const {
+  if (master().find("EXRULE") == nullptr) return {};
+  const ItemIndex whole = Resource({master()}, zones_).index();
+  const auto* entry = std::get_if<SeriesEvent>(&whole.entry);
+  if (entry == nullptr) return {};
+  recurrence::Series series = entry->series;
+  const auto defaultZone = TimeZone::defaultZone();
+  const Date from = form().instantOf(place);
+  constexpr auto kTenYears = days(3653);
+  const Date to = std::min(recurrence::extentOf(series).hi, std::max(from, foundation::now()) + kTenYears);
+  const auto placesOf = [&] {
+    std::vector<recurrence::Occurrence> occurrences;
+    recurrence::occurrencesIn(series, {from, to}, *defaultZone, occurrences);
+    std::vector<WallTime> found;
+    for (const recurrence::Occurrence& each : occurrences)
+      if (each.recurrenceId >= place) found.push_back(each.recurrenceId);
+    std::ranges::sort(found);
+    return found;
+  };
+  const std::vector<WallTime> left = placesOf();
+  series.exclusionRules.clear();
+  const std::vector<WallTime> all = placesOf();
+  std::vector<WallTime> excluded;
+  std::ranges::set_difference(all, left, std::back_inserter(excluded));
+  return excluded;
+}
+
+void Resource::excludeByDates(const std::vector<WallTime>& places) {
+  master().remove("EXRULE");
+  const TimeForm written = form();
+  for (const WallTime place : places) master().add(written.line("EXDATE", place));
 }
 
 void Resource::moveRuleEnds(const TimeForm& newForm, WallTime newStart) {

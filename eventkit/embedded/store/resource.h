@@ -50,6 +50,10 @@ class Resource {
   // The occurrences before `place` are gone. The series starts with `start`, the next place that the rules
   // name: they go on from there.
   void beginAt(WallTime place, WallTime start);
+  // The places from that one on that an EXRULE takes away; of an endless series those of ten years.
+  std::vector<WallTime> excludedByRules(WallTime place) const;
+  // These places in place of the EXRULEs.
+  void excludeByDates(const std::vector<WallTime>& places);
   // Before the start is moved there: dates on which rules end move along.
   void moveRuleEnds(const TimeForm& newForm, WallTime newStart);
   // After the start has moved by `shift` or the rules have become others: what was said of single occurrences
