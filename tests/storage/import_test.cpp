@@ -168,6 +168,13 @@ TEST_F(Import, FindsAVtimezoneOfAnUnknownName) {
             1714572000);
   EXPECT_EQ(number("SELECT lo FROM single_event WHERE item = (SELECT id FROM item WHERE uid = 'a')"),
             1714543200);
+  import(calendarText(zoneText("Offices\\, all", "+0300") +
+                      event("d", "DTSTART;TZID=\"Offices, all\":20240501T090000") +
+                      event("e", "DTSTART;TZID=\"Offices\\, all\":20240501T090000")),
+         "names.ics");
+  EXPECT_EQ(number("SELECT count(*) FROM single_event JOIN item ON id = item WHERE uid IN ('d', 'e') AND "
+                   "lo = 1714543200"),
+            2);
   import(calendarText(event("c", "DTSTART;TZID=Nowhere:20240501T090000")), "third.ics");
   EXPECT_EQ(number("SELECT flags FROM single_event WHERE item = (SELECT id FROM item WHERE uid = 'c')"), 3);
 }

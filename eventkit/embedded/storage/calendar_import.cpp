@@ -9,6 +9,7 @@
 
 #include "eventkit/embedded/ical/component.h"
 #include "eventkit/embedded/ical/content_lines.h"
+#include "eventkit/embedded/ical/values.h"
 #include "eventkit/embedded/storage/import_text.h"
 
 namespace ek::embedded {
@@ -33,7 +34,7 @@ std::optional<KnownItem> findKnown(Database& database, RowId calendar, const std
 
 std::string tzidOf(std::string_view vtimezone) {
   const auto parsed = ical::parseComponents(vtimezone);
-  return parsed.empty() ? std::string() : std::string(parsed.front().value("TZID").value_or(""));
+  return parsed.empty() ? std::string() : ical::decodeText(parsed.front().value("TZID").value_or(""));
 }
 
 std::string placesOf(const ReadItem& item) {

@@ -184,7 +184,7 @@ class ZoneTexts {
         "SELECT text FROM calendar_zone JOIN zone ON zone.id = zone WHERE calendar = ? AND tzid = ? "
         "ORDER BY zone.id DESC LIMIT 1");
     given->bind(1, calendar_);
-    given->bind(2, tzid);
+    given->bind(2, ical::decodeText(tzid));
     if (given->executeStep()) return given->getColumn(0).getString();
     const auto known = ical::zoneNamed(tzid);
     return known ? ical::vtimezoneFor(*known, tzid).text() : std::string();

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "eventkit/embedded/ical/component.h"
+#include "eventkit/embedded/ical/values.h"
 #include "eventkit/embedded/ical/zones.h"
 #include "eventkit/embedded/storage/index_rows.h"
 
@@ -195,6 +196,8 @@ std::shared_ptr<const foundation::TimeZone> ItemTable::zoneForKey(std::string_vi
 
 std::optional<RowId> ItemTable::zoneRow(RowId calendar, std::optional<RowId> envelope,
                                         const std::string& tzid) {
+  // Some programs escape a parameter as they do the VTIMEZONE's TZID, which is a TEXT.
+  const std::string name = ical::decodeText(tzid);
   // The last of two equal TZIDs is what an import of a newer file meant.
   const auto select = database_.statement(
       "SELECT zone.id, 0 AS rank FROM envelope_part JOIN zone ON zone.id = envelope_part.zone "
@@ -206,7 +209,7 @@ std::optional<RowId> ItemTable::zoneRow(RowId calendar, std::optional<RowId> env
       "WHERE ?2 IS NULL AND calendar_envelope.calendar = ?1 AND zone.tzid = ?3 ORDER BY 2, 1 DESC LIMIT 1");
   select->bind(1, calendar);
   if (envelope) select->bind(2, *envelope);
-  select->bind(3, tzid);
+  select->bindNoCopy(3, name);
   if (!select->executeStep()) return std::nullopt;
   return select->getColumn(0).getInt64();
 }
