@@ -1,10 +1,8 @@
 #include "foundation/time_zone.h"
 
 #include <gtest/gtest.h>
-#include <random>
-#include <time.h>
 
-#include "tests/foundation/scoped_variable.h"
+#include "tests/foundation/c_library.h"
 
 namespace foundation {
 namespace {
@@ -63,18 +61,7 @@ TEST(TimeZone, AgreesWithTheSystemForNamedZones) {
     const auto zone = TimeZone::named(name);
     ASSERT_TRUE(zone);
     EXPECT_EQ(zone->name(), name);
-    const ScopedVariable variable("TZ", name);
-    tzset();
-    std::mt19937_64 random(11);
-    std::uniform_int_distribution<std::int64_t> seconds(-2'208'988'800, 7'258'118'400);
-    for (int i = 0; i < 3000; ++i) {
-      const auto instant = static_cast<time_t>(seconds(random));
-      tm fields{};
-      localtime_r(&instant, &fields);
-      const Date date{std::chrono::seconds(instant)};
-      ASSERT_EQ(zone->offsetAt(date).count(), fields.tm_gmtoff) << instant;
-      ASSERT_EQ(zone->letters(date), fields.tm_zone) << instant;
-    }
+    expectAgreesWithCLibrary(*zone, name, -2'208'988'800, 7'258'118'400);
   }
 }
 
