@@ -50,17 +50,21 @@ Value NameReference::evaluate(Evaluation& evaluation) const {
   return value != nullptr ? *value : Value::ofText({});
 }
 
-Value BinaryExpression::evaluate(Evaluation& evaluation) const {
-  const Value left = left_->evaluate(evaluation);
-  return operation_(left, right_->evaluate(evaluation));
+Value BinaryChain::evaluate(Evaluation& evaluation) const {
+  Value value = first_->evaluate(evaluation);
+  for (const auto& [operation, operand] : links_) value = operation(value, operand->evaluate(evaluation));
+  return value;
 }
 
-Value LogicalExpression::evaluate(Evaluation& evaluation) const {
-  const bool left = left_->evaluate(evaluation).asBoolean();
-  if (kind_ == Kind::conjunction && !left) return Value::ofBoolean(false);
-  if (kind_ == Kind::disjunction && left) return Value::ofBoolean(true);
-  const bool right = right_->evaluate(evaluation).asBoolean();
-  return Value::ofBoolean(kind_ == Kind::exclusive ? left != right : right);
+Value LogicalChain::evaluate(Evaluation& evaluation) const {
+  bool truth = first_->evaluate(evaluation).asBoolean();
+  for (const auto& [kind, operand] : links_) {
+    const bool isDecided = kind == Kind::conjunction ? !truth : kind == Kind::disjunction && truth;
+    if (isDecided) continue;
+    const bool other = operand->evaluate(evaluation).asBoolean();
+    truth = kind == Kind::exclusive ? truth != other : other;
+  }
+  return Value::ofBoolean(truth);
 }
 
 Value BuiltinCall::evaluate(Evaluation& evaluation) const {

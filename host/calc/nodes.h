@@ -58,29 +58,39 @@ class LogicalNot : public Expression {
   ExpressionPtr operand_;
 };
 
-class BinaryExpression : public Expression {
+// Operations of one precedence, from left to right. However many there are, they are not nested.
+class BinaryChain : public Expression {
  public:
-  BinaryExpression(BinaryOperation operation, ExpressionPtr left, ExpressionPtr right)
-      : operation_(operation), left_(std::move(left)), right_(std::move(right)) {}
+  struct Link {
+    BinaryOperation operation;
+    ExpressionPtr operand;
+  };
+
+  BinaryChain(ExpressionPtr first, std::vector<Link> links)
+      : first_(std::move(first)), links_(std::move(links)) {}
   Value evaluate(Evaluation& evaluation) const override;
 
  private:
-  BinaryOperation operation_;
-  ExpressionPtr left_, right_;
+  ExpressionPtr first_;
+  std::vector<Link> links_;
 };
 
-// Leaves the second operand alone once the first decides (but for exclusive, which needs both).
-class LogicalExpression : public Expression {
+// The same for truths. Leaves an operand alone once what is before it decides (but for exclusive).
+class LogicalChain : public Expression {
  public:
   enum class Kind : std::uint8_t { conjunction, disjunction, exclusive };
+  struct Link {
+    Kind kind;
+    ExpressionPtr operand;
+  };
 
-  LogicalExpression(Kind kind, ExpressionPtr left, ExpressionPtr right)
-      : kind_(kind), left_(std::move(left)), right_(std::move(right)) {}
+  LogicalChain(ExpressionPtr first, std::vector<Link> links)
+      : first_(std::move(first)), links_(std::move(links)) {}
   Value evaluate(Evaluation& evaluation) const override;
 
  private:
-  Kind kind_;
-  ExpressionPtr left_, right_;
+  ExpressionPtr first_;
+  std::vector<Link> links_;
 };
 
 class BuiltinCall : public Expression {

@@ -42,6 +42,12 @@ constexpr Question kQuestions[] = {
     {"scriptparameter", [](const Surroundings& surroundings) { return surroundings.scriptParameter(); }},
 };
 
+template <class Chain>
+ExpressionPtr chained(ExpressionPtr first, std::vector<typename Chain::Link> links) {
+  if (links.empty()) return first;
+  return std::make_unique<Chain>(std::move(first), std::move(links));
+}
+
 class Nesting {
  public:
   explicit Nesting(int& depth) : depth_(depth) { ++depth_; }
@@ -74,35 +80,39 @@ ExpressionPtr Parser::expression() {
 }
 
 ExpressionPtr Parser::exclusiveOrDisjunction() {
-  ExpressionPtr left = conjunction();
+  ExpressionPtr first = conjunction();
+  std::vector<LogicalChain::Link> links;
   while (atWord("or") || atWord("xor")) {
-    const auto kind =
-        atWord("or") ? LogicalExpression::Kind::disjunction : LogicalExpression::Kind::exclusive;
+    const auto kind = atWord("or") ? LogicalChain::Kind::disjunction : LogicalChain::Kind::exclusive;
     advance();
-    left = std::make_unique<LogicalExpression>(kind, std::move(left), conjunction());
+    links.emplace_back().kind = kind;
+    links.back().operand = conjunction();
   }
-  return left;
+  return chained<LogicalChain>(std::move(first), std::move(links));
 }
 
 ExpressionPtr Parser::conjunction() {
-  ExpressionPtr left = binary(0);
+  ExpressionPtr first = binary(0);
+  std::vector<LogicalChain::Link> links;
   while (atWord("and")) {
     advance();
-    left =
-        std::make_unique<LogicalExpression>(LogicalExpression::Kind::conjunction, std::move(left), binary(0));
+    links.emplace_back().kind = LogicalChain::Kind::conjunction;
+    links.back().operand = binary(0);
   }
-  return left;
+  return chained<LogicalChain>(std::move(first), std::move(links));
 }
 
 ExpressionPtr Parser::binary(std::size_t level) {
   if (level == std::size(kBinaryLevels)) return unary();
-  ExpressionPtr left = binary(level + 1);
+  ExpressionPtr first = binary(level + 1);
+  std::vector<BinaryChain::Link> links;
   while (token_.kind == Token::Kind::symbol && isOneOf(token_.symbol, kBinaryLevels[level])) {
     const BinaryOperation operation = binaryOperation(token_.symbol);
     advance();
-    left = std::make_unique<BinaryExpression>(operation, std::move(left), binary(level + 1));
+    links.emplace_back().operation = operation;
+    links.back().operand = binary(level + 1);
   }
-  return left;
+  return chained<BinaryChain>(std::move(first), std::move(links));
 }
 
 // Signs and not bind tighter than every operator of two operands.

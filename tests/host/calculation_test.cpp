@@ -17,14 +17,23 @@ class Calculations : public WithPlugin {
 };
 
 TEST_F(Calculations, OperatorsBindAsInFileMaker) {
-  constexpr Example examples[] = {{"1 + 2 * 3", "7"},       {"(1 + 2) * 3", "9"},
-                                  {"2 ^ 3 ^ 2", "64"},      {"10 - 2 - 3", "5"},
-                                  {"7 / 2", "3.5"},         {"1 / 0", "?"},
-                                  {"\"a\" & 1 + 2", "a3"},  {"\"a\" & \"b\" = \"ab\"", "1"},
-                                  {"- 2 + 5", "3"},         {"-\"3 apples\"", "-3"},
-                                  {"1 < 2 and 2 < 3", "1"}, {"1 or 0 and 0", "1"},
-                                  {"1 xor 1", "0"},         {"not 0 and not \"\"", "1"},
-                                  {"not 1 = 0", "1"},       {"NOT True", "0"},
+  constexpr Example examples[] = {{"1 + 2 * 3", "7"},
+                                  {"(1 + 2) * 3", "9"},
+                                  {"2 ^ 3 ^ 2", "64"},
+                                  {"10 - 2 - 3", "5"},
+                                  {"7 / 2", "3.5"},
+                                  {"1 / 0", "?"},
+                                  {"\"a\" & 1 + 2", "a3"},
+                                  {"\"a\" & \"b\" = \"ab\"", "1"},
+                                  {"- 2 + 5", "3"},
+                                  {"-\"3 apples\"", "-3"},
+                                  {"1 < 2 and 2 < 3", "1"},
+                                  {"1 or 0 and 0", "1"},
+                                  {"0 or 1 xor 1", "0"},
+                                  {"0 and 1 and 1", "0"},
+                                  {"not 0 and not \"\"", "1"},
+                                  {"not 1 = 0", "1"},
+                                  {"NOT True", "0"},
                                   {"2 × 3 ÷ 4", "1.5"}};
   expectAll(examples);
 }
@@ -191,6 +200,16 @@ TEST_F(Calculations, AreRefusedWithAPlaceAndAReason) {
       {"Let ( a = 1 ; 2 ) & a", "error: Character 21: nothing has the name a"}};
   expectAll(examples);
   EXPECT_EQ(evaluate(std::string(5000, '(')), "error: Character 201: this is nested too deeply");
+}
+
+TEST_F(Calculations, MayBeAsLongAsTheyLike) {
+  constexpr int kTerms = 30'000;
+  const auto chain = [](std::string first, std::string_view next) {
+    for (int i = 0; i < kTerms; ++i) first += next;
+    return first;
+  };
+  EXPECT_EQ(evaluate(chain("1", " + 1")), std::to_string(kTerms + 1));
+  EXPECT_EQ(evaluate(chain("1", " and 1") + " and 0"), "0");
 }
 
 TEST_F(Calculations, AreShownAsJsonWithTheirType) {
