@@ -174,6 +174,33 @@ TEST_F(Texts, OccurrencesOfTheirOwnAreNamedInTheFormOfTheirSeries) {
   }
 }
 
+TEST_F(Texts, OtherRulesCountFromTheFirstOccurrenceThatIsLeft) {
+  int month = 1;
+  for (const Span span : {Span::thisEvent, Span::futureEvents}) {
+    for (const int times : {0, 2}) {
+      SCOPED_TRACE(month);
+      const std::string uid = std::to_string(month);
+      const std::string start = "20240" + uid + "01T090000Z";
+      const auto event =
+          imported("BEGIN:VEVENT\r\nUID:" + uid + "\r\nDTSTART:" + start +
+                       "\r\nRRULE:FREQ=DAILY;COUNT=5\r\nEXDATE:" + start + "\r\nEND:VEVENT\r\n",
+                   uid);
+      const Date opened = utc(2024, static_cast<unsigned>(month), 2, 9);
+      ASSERT_EQ(event->startDate(), opened);
+      event->setRecurrenceRules({});
+      if (times > 0)
+        event->addRecurrenceRule({.frequency = ek::RecurrenceFrequency::weekly,
+                                  .end = ek::RecurrenceEnd::withOccurrenceCount(times)});
+      save(event, span);
+      EXPECT_EQ(event->startDate(), opened);
+      const auto found = startsOf(*eventsBetween(opened - hours(48), opened + hours(24 * 20)));
+      EXPECT_EQ(found.size(), times == 0 ? 1U : 2U);
+      EXPECT_EQ(found.front(), opened);
+      ++month;
+    }
+  }
+}
+
 TEST_F(Texts, ASplitSharesOutRulesExceptionsAndAlarms) {
   const std::string text =
       "BEGIN:VEVENT\r\nUID:1\r\nDTSTART;VALUE=DATE:20240501\r\nSUMMARY:a\r\nX-KEEP:me\r\n"
@@ -283,6 +310,32 @@ TEST_F(Texts, ASplitSeriesLeavesOutWhatItsExclusionRulesDid) {
   later->setTitle("b");
   EXPECT_THAT(textAfterSave(later, Span::futureEvents),
               AllOf(HasSubstr("EXRULE:FREQ=WEEKLY;BYDAY=SA\r\n"), Not(HasSubstr("EXDATE"))));
+}
+
+TEST_F(Texts, WhatIsOpenIsThereAfterTheSaveThatChangesTheFuture) {
+  const std::string text =
+      "DTSTART:20240506T090000Z\r\nSUMMARY:a\r\nRRULE:FREQ=WEEKLY;COUNT=4\r\nRDATE:20240515T120000Z\r\nEND:"
+      "VEVENT\r\n";
+  imported("BEGIN:VEVENT\r\nUID:1\r\n" + text, "1");
+  const auto extra = eventAt(utc(2024, 5, 15, 12));
+  extra->setRecurrenceRules(
+      {{.frequency = ek::RecurrenceFrequency::daily, .end = ek::RecurrenceEnd::withOccurrenceCount(2)}});
+  save(extra, Span::futureEvents);
+  EXPECT_THAT(
+      startsOf(*eventsBetween(utc(2024, 5, 1), utc(2025, 1, 1))),
+      ElementsAre(utc(2024, 5, 6, 9), utc(2024, 5, 13, 9), utc(2024, 5, 15, 12), utc(2024, 5, 16, 12)));
+
+  const auto third = eventAt(utc(2024, 5, 16, 12));
+  const auto other = elsewhere();
+  std::optional<ek::Error> error;
+  const auto theirs =
+      other->eventsMatchingPredicate(other->predicateForEvents(utc(2024, 5, 16), utc(2024, 5, 17), {}))
+          ->at(0);
+  ASSERT_TRUE(other->removeEvent(theirs, Span::thisEvent, error));
+  third->setTitle("b");
+  save(third, Span::futureEvents);
+  ASSERT_TRUE(eventAt(utc(2024, 5, 16, 12))) << "saving what was removed elsewhere makes it anew";
+  EXPECT_EQ(eventAt(utc(2024, 5, 16, 12))->title(), "b");
 }
 
 TEST_F(Texts, AllDayAndTimedAreExchanged) {

@@ -31,6 +31,11 @@ std::optional<WallTime> nextNamedPlace(const Resource& resource, WallTime place)
 
 }  // namespace
 
+void EventWriter::beginAtOpened(WallTime place, Resource& resource) {
+  resource.unexclude(place);
+  if (place > resource.start()) resource.beginAt(place, place);
+}
+
 EventWriter::Saved EventWriter::saveWhole(const EmbeddedEvent& event, Resource& resource, const Home& home) {
   const std::optional<WallTime> place = editWhole(event, resource, home.calendar);
   return {write(home, resource), place};
@@ -41,11 +46,13 @@ EventWriter::Saved EventWriter::saveFuture(const EmbeddedEvent& event, Resource&
                                            RowId calendar) {
   const WallTime place = *event.placement().recurrenceId;
   Resource future = resource;
+  future.unexclude(place);
   const std::vector<WallTime> excluded = future.excludedByRules(place);
   if (event.areRulesChanged() && event.rules().empty()) {
     future.components() = {occurrenceComponent(event, resource)};
     future.master().remove("RECURRENCE-ID");
-  } else if (const auto begin = nextNamedPlace(resource, place)) {
+  } else if (const auto begin =
+                 event.areRulesChanged() ? std::optional(place) : nextNamedPlace(resource, place)) {
     future.beginAt(place, *begin);
   } else {
     future.beginAt(place, place);

@@ -91,6 +91,7 @@ std::optional<EventWriter::Saved> EventWriter::saveStored(const EmbeddedEvent& e
 
   const auto first = recurrence::firstOccurrence(series->series, *TimeZone::defaultZone());
   const bool isLater = first && *place > first->recurrenceId;
+  if (event.areRulesChanged() && !isLater) beginAtOpened(*place, resource);
   if (span == Span::futureEvents)
     return isLater ? saveFuture(event, resource, oldHome, calendar) : saveWhole(event, resource, home);
   if (event.areRulesChanged()) {

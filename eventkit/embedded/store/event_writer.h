@@ -45,6 +45,8 @@ class EventWriter {
                                   std::optional<Error>& error);
   // After the commit: the object shows what is stored.
   void bringUpToDate(EmbeddedEvent& event, const Saved& saved);
+  // Other rules count from the occurrence that is open. Those before it, which were all taken away, are gone.
+  static void beginAtOpened(WallTime place, Resource& resource);
   Saved saveWhole(const EmbeddedEvent& event, Resource& resource, const Home& home);
   Saved saveFuture(const EmbeddedEvent& event, Resource& resource, const Home& home, RowId calendar);
   Saved saveOccurrence(const EmbeddedEvent& event, Resource& resource, const Home& home);
