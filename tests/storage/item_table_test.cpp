@@ -136,6 +136,31 @@ TEST_F(Items, ZonesOfARolledBackTransactionAreForgotten) {
   writing.commit();
 }
 
+TEST_F(Items, ZonesAreWhatTheStoreHasThemForNow) {
+  ItemTable items(*database_);
+  const ZoneFinder find = items.zoneFinder(home_);
+  const auto minutes = [&] {
+    return find("Office").zone ? find("Office").zone->offsetAt(Date{}).count() / 60 : 0;
+  };
+  EXPECT_EQ(minutes(), 0);
+  EXPECT_FALSE(items.hasTimeZone(home_, "Office"));
+  import(calendarText(zoneText("Office", "+0100") + event("a", "DTSTART;TZID=Office:20240501T090000")),
+         "a.ics", {.title = "Calendar"});
+  EXPECT_EQ(minutes(), 60) << "of a file whose items are in the calendar";
+  EXPECT_FALSE(items.hasTimeZone(home_, "Office"));
+  import(calendarText(zoneText("Office", "+0200") + event("b", "DTSTART;TZID=Office:20240501T090000")),
+         "b.ics", {.title = "Calendar"});
+  EXPECT_EQ(minutes(), 120) << "of the newest file";
+  Database::Transaction writing(*database_, Kind::writing);
+  items.ensureTimeZone(home_, "Office", zoneText("Office", "+0300"));
+  EXPECT_EQ(minutes(), 120) << "what it meant";
+  EXPECT_TRUE(items.hasTimeZone(home_, "Office"));
+  writing.commit();
+  import(calendarText(zoneText("Office", "+0400") + event("c", "DTSTART;TZID=Office:20240501T090000")),
+         "c.ics", {.title = "Calendar"});
+  EXPECT_EQ(minutes(), 120) << "from then on";
+}
+
 TEST_F(Items, GoWithTheirCalendar) {
   import(calendarText(zoneText("Office", "+0100") + event("a", "DTSTART;TZID=Office:20240501T090000") +
                       task("t")));

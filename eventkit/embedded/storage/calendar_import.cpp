@@ -3,8 +3,6 @@
 #include <SQLiteCpp/Column.h>
 #include <SQLiteCpp/Statement.h>
 #include <cstddef>
-#include <functional>
-#include <memory>
 #include <utility>
 
 #include "eventkit/embedded/ical/component.h"
@@ -46,15 +44,6 @@ std::string placesOf(const ReadItem& item) {
     places += std::to_string(isHere ? source->place : item.sources.front()->place);
   }
   return places;
-}
-
-// A file names few zones many times.
-ZoneFinder remembering(ZoneFinder finder) {
-  auto known = std::make_shared<std::map<std::string, KeyedZone, std::less<>>>();
-  return [finder = std::move(finder), known](std::string_view tzid) {
-    const auto found = known->find(tzid);
-    return found != known->end() ? found->second : known->emplace(tzid, finder(tzid)).first->second;
-  };
 }
 
 }  // namespace
@@ -179,7 +168,7 @@ const ZoneFinder& CalendarImport::zonesFor(const ImportPlan::Source& source) {
   ZoneFinder& zones = envelope.zones[static_cast<std::size_t>(source.kind)];
   if (!zones) {
     const Target& wanted = target(source);
-    zones = remembering(items_.zoneFinder(wanted.calendar ? wanted.calendar->id : 0, envelope.row));
+    zones = items_.zoneFinder(wanted.calendar ? wanted.calendar->id : 0, envelope.row);
   }
   return zones;
 }

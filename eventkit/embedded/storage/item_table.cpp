@@ -16,6 +16,7 @@ namespace ek::embedded {
 namespace {
 
 constexpr std::string_view kZonePrefix = "vtimezone:";
+constexpr std::size_t kMostZoneOwners = 4096;
 
 #define ZUNO_ITEM_COLUMNS \
   "SELECT id, calendar, kind, identifier, uid, change, stored, envelope, text FROM item "
@@ -175,13 +176,25 @@ void ItemTable::leaveEnvelope(RowId id) {
 }
 
 ZoneFinder ItemTable::zoneFinder(RowId calendar, std::optional<RowId> envelope) {
-  return [this, calendar, envelope](std::string_view tzid) -> KeyedZone {
-    if (KeyedZone known = knownZone(tzid); known.zone) return known;
-    const auto row = zoneRow(calendar, envelope, std::string(tzid));
-    Zone zone = row ? loadZone(*row) : nullptr;
-    if (!zone) return {};
-    return {.zone = std::move(zone), .key = std::string(kZonePrefix) + std::to_string(*row)};
-  };
+  return [this, calendar, envelope](std::string_view tzid) { return findZone(calendar, envelope, tzid); };
+}
+
+const KeyedZone& ItemTable::findZone(RowId calendar, std::optional<RowId> envelope, std::string_view tzid) {
+  forgetRolledBackZones();
+  const Database::Version version = database_.version();
+  if (foundAt_ != version || found_.size() >= kMostZoneOwners) found_.clear();
+  foundAt_ = version;
+  auto& known = found_[{calendar, envelope.value_or(0)}];
+  if (const auto found = known.find(tzid); found != known.end()) return found->second;
+  return known.emplace(tzid, lookUpZone(calendar, envelope, tzid)).first->second;
+}
+
+KeyedZone ItemTable::lookUpZone(RowId calendar, std::optional<RowId> envelope, std::string_view tzid) {
+  if (KeyedZone known = knownZone(tzid); known.zone) return known;
+  const auto row = zoneRow(calendar, envelope, tzid);
+  Zone zone = row ? loadZone(*row) : nullptr;
+  if (!zone) return {};
+  return {.zone = std::move(zone), .key = std::string(kZonePrefix) + std::to_string(*row)};
 }
 
 std::shared_ptr<const foundation::TimeZone> ItemTable::zoneForKey(std::string_view key) {
@@ -194,29 +207,45 @@ std::shared_ptr<const foundation::TimeZone> ItemTable::zoneForKey(std::string_vi
   return loadZone(row);
 }
 
+// From the nearest to the furthest. The last of two equal TZIDs is what an import of a newer file meant.
 std::optional<RowId> ItemTable::zoneRow(RowId calendar, std::optional<RowId> envelope,
-                                        const std::string& tzid) {
+                                        std::string_view tzid) {
+  std::optional<RowId> row;
+  if (envelope)
+    row = lastZone(
+        "SELECT max(id) FROM zone WHERE tzid = ? AND EXISTS "
+        "(SELECT 1 FROM envelope_part WHERE envelope = ? AND zone = zone.id)",
+        tzid, *envelope);
+  if (!row) row = ownZone(calendar, tzid);
+  if (!row && !envelope)
+    row = lastZone(
+        "SELECT max(id) FROM zone WHERE tzid = ? AND EXISTS "
+        "(SELECT 1 FROM calendar_envelope JOIN envelope_part USING (envelope) WHERE calendar = ? AND zone = "
+        "zone.id)",
+        tzid, calendar);
+  return row;
+}
+
+std::optional<RowId> ItemTable::ownZone(RowId calendar, std::string_view tzid) {
+  return lastZone(
+      "SELECT max(id) FROM zone WHERE tzid = ? AND EXISTS "
+      "(SELECT 1 FROM calendar_zone WHERE calendar = ? AND zone = zone.id)",
+      tzid, calendar);
+}
+
+// `sql` asks by a TZID and a row.
+std::optional<RowId> ItemTable::lastZone(const char* sql, std::string_view tzid, RowId owner) {
   // Some programs escape a parameter as they do the VTIMEZONE's TZID, which is a TEXT.
   const std::string name = ical::decodeText(tzid);
-  // The last of two equal TZIDs is what an import of a newer file meant.
-  const auto select = database_.statement(
-      "SELECT zone.id, 0 AS rank FROM envelope_part JOIN zone ON zone.id = envelope_part.zone "
-      "WHERE envelope_part.envelope = ?2 AND zone.tzid = ?3 UNION ALL "
-      "SELECT zone.id, 1 FROM calendar_zone JOIN zone ON zone.id = calendar_zone.zone "
-      "WHERE calendar_zone.calendar = ?1 AND zone.tzid = ?3 UNION ALL "
-      "SELECT zone.id, 2 FROM calendar_envelope JOIN envelope_part USING (envelope) "
-      "JOIN zone ON zone.id = envelope_part.zone "
-      "WHERE ?2 IS NULL AND calendar_envelope.calendar = ?1 AND zone.tzid = ?3 ORDER BY 2, 1 DESC LIMIT 1");
-  select->bind(1, calendar);
-  if (envelope) select->bind(2, *envelope);
-  select->bindNoCopy(3, name);
-  if (!select->executeStep()) return std::nullopt;
+  const auto select = database_.statement(sql);
+  select->bindNoCopy(1, name);
+  select->bind(2, owner);
+  if (!select->executeStep() || select->isColumnNull(0)) return std::nullopt;
   return select->getColumn(0).getInt64();
 }
 
 ItemTable::Zone ItemTable::loadZone(RowId zone) {
-  if (zonesSince_ != database_.rollbacks()) zones_.clear();
-  zonesSince_ = database_.rollbacks();
+  forgetRolledBackZones();
   if (const auto known = zones_.find(zone); known != zones_.end()) return known->second;
   const auto select = database_.statement("SELECT text FROM zone WHERE id = ?");
   select->bind(1, zone);
@@ -225,9 +254,20 @@ ItemTable::Zone ItemTable::loadZone(RowId zone) {
   return zones_[zone] = parsed.empty() ? nullptr : ical::zoneOf(parsed.front());
 }
 
+void ItemTable::forgetRolledBackZones() {
+  if (zonesSince_ == database_.rollbacks()) return;
+  zonesSince_ = database_.rollbacks();
+  zones_.clear();
+  found_.clear();
+}
+
+bool ItemTable::hasTimeZone(RowId calendar, std::string_view tzid) {
+  return ownZone(calendar, tzid).has_value();
+}
+
 // What the calendar means by the TZID now is written down, so that no later import gives it another meaning.
 void ItemTable::ensureTimeZone(RowId calendar, std::string_view tzid, std::string_view vtimezone) {
-  const auto known = zoneRow(calendar, std::nullopt, std::string(tzid));
+  const auto known = zoneRow(calendar, std::nullopt, tzid);
   linkZone(calendar, known ? *known : keepZone(tzid, vtimezone));
 }
 
@@ -236,9 +276,11 @@ void ItemTable::linkZone(RowId calendar, RowId zone) {
   link->bind(1, calendar);
   link->bind(2, zone);
   link->exec();
+  found_.clear();
 }
 
 RowId ItemTable::keepZone(std::string_view tzid, std::string_view vtimezone) {
+  found_.clear();
   const std::string name(tzid);
   const std::string text(vtimezone);
   const auto insert = database_.statement("INSERT OR IGNORE INTO zone (tzid, text) VALUES (?, ?)");

@@ -3,11 +3,13 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "eventkit/embedded/storage/database.h"
 #include "eventkit/embedded/storage/identifier.h"
@@ -58,12 +60,15 @@ class ItemTable {
   void erase(RowId id);
 
   // What an item's TZIDs mean: known names by themselves, else the VTIMEZONE of the VCALENDAR that it came
-  // in, else one that its calendar knows. The finder must not outlive this. VTIMEZONEs are kept once loaded.
+  // in, else one that its calendar knows. The finder must not outlive this. Answers are kept until something
+  // changes.
   ZoneFinder zoneFinder(RowId calendar, std::optional<RowId> envelope = std::nullopt);
   ZoneFinder zoneFinder(const ItemRow& row) { return zoneFinder(row.calendar, row.envelope); }
   // Null for an empty key and for one that is not known (any more).
   std::shared_ptr<const foundation::TimeZone> zoneForKey(std::string_view key);
 
+  // Whether the calendar itself has a VTIMEZONE of that TZID, whatever came with files.
+  bool hasTimeZone(RowId calendar, std::string_view tzid);
   // Makes sure that items made here can name this zone: a calendar that has no VTIMEZONE of that TZID yet
   // gets this one, which exports then bring along.
   void ensureTimeZone(RowId calendar, std::string_view tzid, std::string_view vtimezone);
@@ -78,12 +83,20 @@ class ItemTable {
   void update(RowId id, RowId calendar, std::string_view text, const ItemIndex& index);
   void leaveEnvelope(RowId id);
   void linkZone(RowId calendar, RowId zone);
-  std::optional<RowId> zoneRow(RowId calendar, std::optional<RowId> envelope, const std::string& tzid);
+  const KeyedZone& findZone(RowId calendar, std::optional<RowId> envelope, std::string_view tzid);
+  KeyedZone lookUpZone(RowId calendar, std::optional<RowId> envelope, std::string_view tzid);
+  std::optional<RowId> zoneRow(RowId calendar, std::optional<RowId> envelope, std::string_view tzid);
+  std::optional<RowId> ownZone(RowId calendar, std::string_view tzid);
+  std::optional<RowId> lastZone(const char* sql, std::string_view tzid, RowId owner);
   Zone loadZone(RowId zone);
+  void forgetRolledBackZones();
 
   Database& database_;
   std::map<RowId, Zone> zones_;
-  std::uint64_t zonesSince_ = 0;  // Database::rollbacks() when zones_ was last valid
+  // What TZIDs mean, by calendar and envelope (0 for none).
+  std::map<std::pair<RowId, RowId>, std::map<std::string, KeyedZone, std::less<>>> found_;
+  Database::Version foundAt_;
+  std::uint64_t zonesSince_ = 0;  // Database::rollbacks() when these were last valid
 };
 
 }  // namespace ek::embedded

@@ -59,7 +59,7 @@ TimeForm localForm() {
 }
 
 void keepZone(ItemTable& items, RowId calendar, const TimeForm& form) {
-  if (form.kind != Kind::zoned) return;
+  if (form.kind != Kind::zoned || items.hasTimeZone(calendar, form.tzid)) return;
   items.ensureTimeZone(calendar, form.tzid, ical::vtimezoneFor(*form.zone, form.tzid).text());
 }
 
