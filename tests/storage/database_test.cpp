@@ -77,10 +77,10 @@ TEST_F(StoreFile, IsCreatedForItsOwnerAloneWithOneCalendarAndOneList) {
   ASSERT_EQ(calendars.size(), 2u);
   EXPECT_EQ(calendars[0].title, "Calendar");
   EXPECT_EQ(calendars[0].kind, EntityType::event);
-  EXPECT_EQ(calendars[0].color, (Color{27.0 / 255, 173.0 / 255, 248.0 / 255, 1}));
   EXPECT_EQ(calendars[1].title, "Reminders");
   EXPECT_EQ(calendars[1].kind, EntityType::reminder);
   for (const auto& calendar : calendars) {
+    EXPECT_EQ(calendar.color, (Color{27.0 / 255, 173.0 / 255, 248.0 / 255, 1}));
     EXPECT_TRUE(calendar.isDefault);
     EXPECT_TRUE(calendar.allowsModification);
     EXPECT_EQ(calendar.identifier.size(), 36u);

@@ -56,7 +56,6 @@ TEST_F(Import, MakesCalendarsAsAskedForAndLeavesThoseThatExist) {
   EXPECT_EQ(subscribed->type, CalendarType::subscription);
   EXPECT_EQ(subscribed->color, (Color{64.0 / 255, 224.0 / 255, 208.0 / 255, 1}));
   EXPECT_TRUE(calendar("Calendar")->allowsModification);
-  EXPECT_EQ(calendar("Calendar")->color, defaultColor(EntityType::event));
 }
 
 TEST_F(Import, GroupsASeriesWhereverItsPartsStand) {

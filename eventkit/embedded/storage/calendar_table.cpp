@@ -57,11 +57,6 @@ void bindProperties(SQLite::Statement& statement, int first, const CalendarRow& 
 
 }  // namespace
 
-Color defaultColor(EntityType kind) {
-  if (kind == EntityType::event) return {.red = 27.0 / 255, .green = 173.0 / 255, .blue = 248.0 / 255};
-  return {.red = 255.0 / 255, .green = 149.0 / 255, .blue = 0};
-}
-
 std::vector<CalendarRow> CalendarTable::all() {
   const auto select = database_.statement(ZUNO_CALENDAR_COLUMNS "ORDER BY id");
   std::vector<CalendarRow> rows;
@@ -85,7 +80,7 @@ std::optional<CalendarRow> CalendarTable::findByTitle(std::string_view title, En
 
 void CalendarTable::insert(CalendarRow& row) {
   if (row.identifier.empty()) row.identifier = newIdentifier();
-  if (!row.color) row.color = defaultColor(row.kind);
+  if (!row.color) row.color = kDefaultColor;
   row.change = database_.nextChange();
   const auto insert = database_.statement(
       "INSERT INTO calendar (identifier, source, kind, type, title, red, green, blue, is_immutable, "
@@ -100,7 +95,7 @@ void CalendarTable::insert(CalendarRow& row) {
 }
 
 void CalendarTable::update(CalendarRow& row) {
-  if (!row.color) row.color = defaultColor(row.kind);
+  if (!row.color) row.color = kDefaultColor;
   row.change = database_.nextChange();
   const auto update = database_.statement(
       "UPDATE calendar SET type = ?2, title = ?3, red = ?4, green = ?5, blue = ?6, is_immutable = ?7, "

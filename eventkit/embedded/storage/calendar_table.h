@@ -11,8 +11,8 @@
 
 namespace ek::embedded {
 
-// What a calendar without a colour gets at its first save.
-Color defaultColor(EntityType kind);
+// What a calendar or list without a colour gets at its first save.
+inline constexpr Color kDefaultColor{.red = 27.0 / 255, .green = 173.0 / 255, .blue = 248.0 / 255};
 
 struct CalendarRow {
   RowId id = 0;

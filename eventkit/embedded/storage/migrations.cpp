@@ -24,13 +24,12 @@ void addDefaultCalendar(SQLite::Database& database, EntityType kind, const char*
       database,
       "INSERT INTO calendar (identifier, source, kind, title, red, green, blue, is_default, "
       "change) VALUES (?, 1, ?, ?, ?, ?, ?, 1, 1)");
-  const Color color = defaultColor(kind);
   insert.bind(1, newIdentifier());
   insert.bind(2, static_cast<int>(kind));
   insert.bind(3, title);
-  insert.bind(4, color.red);
-  insert.bind(5, color.green);
-  insert.bind(6, color.blue);
+  insert.bind(4, kDefaultColor.red);
+  insert.bind(5, kDefaultColor.green);
+  insert.bind(6, kDefaultColor.blue);
   insert.exec();
 }
 
