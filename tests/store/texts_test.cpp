@@ -128,6 +128,23 @@ TEST_F(Texts, AnEditTouchesWhatItChangesAndNothingElse) {
   EXPECT_THAT(text, AllOf(Not(HasSubstr("20230102T000000Z")), Not(HasSubstr("DTSTAMP:20240101"))));
 }
 
+TEST_F(Texts, NothingContradictsWhatWasEdited) {
+  const auto event = imported(
+      "BEGIN:VEVENT\r\nUID:1\r\nDTSTART:20240501T090000Z\r\nDTEND:20240501T100000Z\r\n"
+      "DESCRIPTION:old\r\nX-ALT-DESC;FMTTYPE=text/html:<b>old</b>\r\nLOCATION:Hall\r\n"
+      "X-APPLE-STRUCTURED-LOCATION;VALUE=URI;X-TITLE=Hall:geo:1,2\r\n"
+      "X-MICROSOFT-CDO-ALLDAYEVENT:FALSE\r\nEND:VEVENT\r\n",
+      "1");
+  event->setTitle("a");
+  EXPECT_THAT(textAfterSave(event),
+              AllOf(HasSubstr("<b>old</b>"), HasSubstr("geo:1,2"), HasSubstr("EVENT:FALSE")));
+  event->setNotes("new");
+  event->setLocation(std::nullopt);
+  event->setAllDay(true);
+  EXPECT_THAT(textAfterSave(event), AllOf(HasSubstr("DESCRIPTION:new\r\n"), HasSubstr("ALLDAYEVENT:TRUE\r\n"),
+                                          Not(HasSubstr("X-ALT-DESC")), Not(HasSubstr("LOCATION"))));
+}
+
 TEST_F(Texts, AMovedSeriesTakesItsExceptionsAlong) {
   const auto event = imported(
       "BEGIN:VEVENT\r\nUID:1\r\nDTSTART;TZID=Europe/Berlin:20240501T090000\r\n"

@@ -16,6 +16,8 @@ namespace {
 using std::chrono::days;
 using std::chrono::floor;
 
+constexpr const char* kOutlookAllDay = "X-MICROSOFT-CDO-ALLDAYEVENT";
+
 bool isAlike(const TimeForm& a, const TimeForm& b) { return a.kind == b.kind && a.tzid == b.tzid; }
 
 std::size_t findAlarm(const ical::Component& component, const ical::Component& alarm) {
@@ -93,13 +95,14 @@ void writeTexts(ical::Component& component, const ItemState& item) {
     if (!item.isTextChanged(name)) continue;
     const ItemState::TextField& field = ItemState::textFields()[i];
     const Text& text = item.text(name);
+    // Another form of the text that is replaced would contradict it.
+    if (field.rival != nullptr) component.remove(field.rival);
     if (!text) {
       component.remove(field.property);
       continue;
     }
     const std::string value = field.isUri ? *text : ical::encodeText(*text);
     const ical::Line* old = component.find(field.property);
-    // Another text in place of the one that was replaced would contradict it.
     component.set(old == nullptr ? ical::Line::make(field.property, value)
                                  : old->withValue(value).withParameter("ALTREP", std::nullopt));
   }
@@ -143,6 +146,11 @@ void writeTimes(ical::Component& component, const ZoneFinder& zones, const TimeF
   const WallTime startWall = form.wallOf(start);
   const ical::Line* startLine = component.find("DTSTART");
   const auto oldStart = startLine == nullptr ? std::nullopt : readTime(*startLine, zones);
+  // Outlook believes this rather than the dates.
+  if (oldStart && oldStart->isDate != isDay && component.find(kOutlookAllDay) != nullptr) {
+    component.set(ical::Line::make(kOutlookAllDay, isDay ? "TRUE" : "FALSE"));
+    startLine = component.find("DTSTART");
+  }
   if (!oldStart || oldStart->wall != startWall || !isAlike(formOf(*startLine, zones), form))
     setValue(component, form.line("DTSTART", startWall));
 

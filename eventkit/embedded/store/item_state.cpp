@@ -42,10 +42,10 @@ bool ItemState::isOwnerChanged() const {
 
 const std::array<ItemState::TextField, ItemState::kTextFields>& ItemState::textFields() {
   static constexpr std::array<TextField, kTextFields> fields = {{
-      {"SUMMARY", &Fields::title, false},
-      {"LOCATION", &Fields::location, false},
-      {"DESCRIPTION", &Fields::notes, false},
-      {"URL", &Fields::url, true},
+      {"SUMMARY", &Fields::title, false, nullptr},
+      {"LOCATION", &Fields::location, false, "X-APPLE-STRUCTURED-LOCATION"},
+      {"DESCRIPTION", &Fields::notes, false, "X-ALT-DESC"},
+      {"URL", &Fields::url, true, nullptr},
   }};
   return fields;
 }

@@ -65,6 +65,7 @@ class ItemState {
     const char* property;
     Text Fields::*stored;
     bool isUri;
+    const char* rival;  // says the same in another form, which some programs prefer; null: nothing does
   };
   static constexpr std::size_t kTextFields = 4;
   enum TextName : std::size_t { title, location, notes, url };
