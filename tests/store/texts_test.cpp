@@ -90,13 +90,13 @@ TEST_F(Texts, GettersReadWhatOthersWroteLoosely) {
   const auto event = imported(
       "BEGIN:VEVENT\r\nUID:1\r\nDTSTART:20240501T090000Z\r\n"
       "CREATED:20240101T120000\r\nLAST-MODIFIED;TZID=Europe/Berlin:20240102T120000\r\n"
-      "ATTENDEE;CN=\"Ann^n^'B^'\":mailto:ann\r\n"
+      "ATTENDEE;CN=\"Ann^n^'B\xFC^'\":mailto:ann\r\n"
       "BEGIN:VALARM\r\nACTION:EMAIL\r\nTRIGGER:PT0S\r\n"
       "ATTENDEE:mailto:o%27brien%2541%zz@example.org?subject=x\r\nEND:VALARM\r\nEND:VEVENT\r\n",
       "1");
   EXPECT_EQ(event->creationDate(), utc(2024, 1, 1, 12)) << "in UTC, though it does not say so";
   EXPECT_EQ(event->lastModifiedDate(), utc(2024, 1, 2, 11));
-  EXPECT_EQ(event->attendees().at(0).name, "Ann\r\"B\"");
+  EXPECT_EQ(event->attendees().at(0).name, "Ann\r\"B\xC3\xBC\"");
   const auto alarm = event->alarms().at(0);
   EXPECT_EQ(alarm->emailAddress(), "o'brien%41%zz@example.org");
   alarm->setEmailAddress("100%41?@example.org");

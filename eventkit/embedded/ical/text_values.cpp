@@ -1,4 +1,5 @@
 // TEXT values and lists.
+#include <algorithm>
 #include <charconv>
 
 #include "eventkit/embedded/ical/values.h"
@@ -49,6 +50,16 @@ void appendFromWindows1252(unsigned char byte, std::string& out) {
   out += static_cast<char>(0x80U | (code & 0x3FU));
 }
 
+// The character at `at`, which is then behind it.
+void appendCharacter(std::string_view text, std::size_t& at, std::string& out) {
+  const std::size_t length = characterLength(text.substr(at));
+  if (length > 0)
+    out.append(text, at, length);
+  else
+    appendFromWindows1252(static_cast<unsigned char>(text[at]), out);
+  at += std::max<std::size_t>(length, 1);
+}
+
 // The character that a backslash and `c` stand for; '\0' where the backslash is only a backslash.
 char unescaped(char c) {
   if (c == 'n' || c == 'N') return '\r';
@@ -79,13 +90,16 @@ std::string decodeText(std::string_view escaped) {
       const char meant = at + 1 < escaped.size() ? unescaped(escaped[at + 1]) : '\0';
       text += meant == '\0' ? '\\' : meant;
       at += meant == '\0' ? 1 : 2;
-    } else if (const std::size_t length = characterLength(escaped.substr(at)); length > 0) {
-      text.append(escaped, at, length);
-      at += length;
     } else {
-      appendFromWindows1252(static_cast<unsigned char>(escaped[at++]), text);
+      appendCharacter(escaped, at, text);
     }
   }
+  return text;
+}
+
+std::string decodeBytes(std::string_view bytes) {
+  std::string text;
+  for (std::size_t at = 0; at < bytes.size();) appendCharacter(bytes, at, text);
   return text;
 }
 

@@ -36,6 +36,10 @@ std::string formatUtcOffset(std::chrono::seconds offset);
 std::string decodeText(std::string_view escaped);
 std::string encodeText(std::string_view text);
 
+// A text without escapes, a parameter's say. Bytes that are no UTF-8 are taken for Windows-1252, as
+// decodeText does.
+std::string decodeBytes(std::string_view bytes);
+
 // The byte that two hexadecimal digits mean.
 std::optional<char> hexByte(std::string_view digits);
 

@@ -50,9 +50,10 @@ Value wordIn(const Word<Value> (&table)[size], const std::optional<std::string>&
 }
 
 Participant readParticipant(const ical::Line& line) {
+  const std::optional<std::string> name = line.parameter("CN");
   return {
       .url = std::string(line.value()),
-      .name = line.parameter("CN"),
+      .name = name ? std::optional(ical::decodeBytes(*name)) : std::nullopt,
       .status = wordIn(kStatuses, line.parameter("PARTSTAT")),
       .role = wordIn(kRoles, line.parameter("ROLE")),
       .type = wordIn(kTypes, line.parameter("CUTYPE")),
