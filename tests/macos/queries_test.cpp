@@ -50,20 +50,6 @@ TEST_F(Queries, WalkingAnAnswerAsksOnce) {
   EXPECT_EQ(store_->eventsMatchingPredicate(predicate)->at(3)->title(), "Event 3");
 }
 
-TEST_F(Queries, AnyChangeMakesTheStoreAskAgain) {
-  const auto event = addEvent("Review", utc(2024, 5, 1, 9));
-  const auto predicate = eventsBetween(utc(2024, 1, 1), utc(2025, 1, 1));
-  EXPECT_EQ(store_->eventsMatchingPredicate(predicate)->size(), 1U);
-  addEvent("Another", utc(2024, 5, 2, 9));
-  EXPECT_EQ(store_->eventsMatchingPredicate(predicate)->size(), 2U);
-
-  const auto other = open();
-  std::optional<Error> error;
-  EXPECT_TRUE(other->removeEvent(other->eventWithIdentifier(event->eventIdentifier().value()),
-                                 Span::thisEvent, error));
-  EXPECT_EQ(store_->eventsMatchingPredicate(predicate)->size(), 1U);
-}
-
 TEST_F(Queries, OwnChangesAreSeenBeforeEventKitTellsOfThem) {
   stand_in::setTellsOfChanges(false);
   const auto predicate = eventsBetween(utc(2024, 1, 1), utc(2025, 1, 1));
@@ -116,12 +102,6 @@ TEST_F(Queries, WalkingRemindersAsksOnceToo) {
   EXPECT_EQ(fetch(predicate)->at(0)->title(), "Milk");
   addReminder("Pepper");
   EXPECT_EQ(fetch(predicate)->size(), 4U);
-}
-
-TEST_F(Queries, NoReminderIsAnAnswerToo) {
-  const auto predicate = store_->predicateForReminders({store_->defaultCalendarForNewReminders()});
-  const auto found = fetch(predicate);
-  EXPECT_TRUE(found == nullptr || found->size() == 0);
 }
 
 }  // namespace

@@ -138,24 +138,6 @@ TEST_F(StoreFile, OfANewerVersionThatOnlyTheLogTellsIsRefusedAndLeftAsItWas) {
   EXPECT_EQ(contentsOf(path_ + "-wal"), log);
 }
 
-TEST_F(StoreFile, CreatedByManyProcessesAtOnceHasOneOfEach) {
-  std::vector<pid_t> children;
-  for (int i = 0; i < 8; ++i) {
-    const pid_t child = fork();
-    if (child == 0) _exit(open() ? 0 : 1);
-    children.push_back(child);
-  }
-  for (const pid_t child : children) {
-    int status = 0;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
-  }
-  const auto database = open();
-  ASSERT_TRUE(database) << why_;
-  EXPECT_EQ(calendarsOf(*database).size(), 2u);
-  EXPECT_EQ(CalendarTable(*database).sources().size(), 1u);
-}
-
 // Runs f in a process of a user who owns nothing here, where root would be stopped by no permission.
 template <class F>
 int asNobody(F&& f) {
