@@ -329,6 +329,47 @@ TEST_F(Texts, ASplitSeriesLeavesOutWhatItsExclusionRulesDid) {
               AllOf(HasSubstr("EXRULE:FREQ=WEEKLY;BYDAY=SA\r\n"), Not(HasSubstr("EXDATE"))));
 }
 
+TEST_F(Texts, AnExtraDateKeepsItsOwnLength) {
+  imported(
+      "BEGIN:VEVENT\r\nUID:1\r\nDTSTART:20240506T090000Z\r\nDURATION:PT1H\r\nSUMMARY:a\r\n"
+      "RDATE;VALUE=PERIOD:20240508T090000Z/PT2H,20240510T090000Z/PT3H\r\nEND:VEVENT\r\n",
+      "1");
+  const auto second = eventAt(utc(2024, 5, 8, 9));
+  ASSERT_TRUE(second);
+  second->setTitle("b");
+  save(second, Span::futureEvents);
+  EXPECT_EQ(second->endDate(), utc(2024, 5, 8, 11));
+  EXPECT_EQ(eventAt(utc(2024, 5, 10, 9))->endDate(), utc(2024, 5, 10, 12));
+  EXPECT_THAT(titlesOf(*eventsBetween(utc(2024, 5, 1), utc(2024, 6, 1))), ElementsAre("a", "b", "b"));
+
+  imported(
+      "BEGIN:VEVENT\r\nUID:2\r\nDTSTART:20250506T090000Z\r\nDURATION:PT1H\r\nRRULE:FREQ=WEEKLY;COUNT=2\r\n"
+      "RDATE;VALUE=PERIOD:20250508T090000Z/PT2H\r\nEND:VEVENT\r\n",
+      "2");
+  const auto extra = eventAt(utc(2025, 5, 8, 9));
+  extra->setRecurrenceRules({});
+  EXPECT_THAT(textAfterSave(extra, Span::futureEvents), Not(HasSubstr("RECURRENCE-ID")));
+  EXPECT_EQ(extra->endDate(), utc(2025, 5, 8, 11));
+}
+
+TEST_F(Texts, AnOccurrenceThatOthersDetachedIsPartOfTheFuture) {
+  const auto mine = imported(
+      "BEGIN:VEVENT\r\nUID:1\r\nDTSTART:20240506T090000Z\r\nSUMMARY:a\r\nRRULE:FREQ=DAILY;COUNT=4\r\nEND:"
+      "VEVENT\r\n",
+      "1");
+  const auto second = eventAt(utc(2024, 5, 7, 9));
+  const auto other = elsewhere();
+  const auto theirs =
+      other->eventsMatchingPredicate(other->predicateForEvents(utc(2024, 5, 7), utc(2024, 5, 8), {}))->at(0);
+  theirs->setLocation("there");
+  std::optional<ek::Error> error;
+  ASSERT_TRUE(other->saveEvent(theirs, Span::thisEvent, error));
+  second->setTitle("b");
+  save(second, Span::futureEvents);
+  EXPECT_THAT(titlesOf(*eventsBetween(utc(2024, 5, 1), utc(2024, 6, 1))), ElementsAre("a", "b", "b", "b"));
+  EXPECT_EQ(eventAt(utc(2024, 5, 7, 9))->location(), "there");
+}
+
 TEST_F(Texts, WhatIsOpenIsThereAfterTheSaveThatChangesTheFuture) {
   const std::string text =
       "DTSTART:20240506T090000Z\r\nSUMMARY:a\r\nRRULE:FREQ=WEEKLY;COUNT=4\r\nRDATE:20240515T120000Z\r\nEND:"

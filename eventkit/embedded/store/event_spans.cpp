@@ -1,4 +1,5 @@
 // Which part of a repeating event a save changes, and how.
+#include <algorithm>
 #include <utility>
 
 #include "eventkit/embedded/recurrence/expansion.h"
@@ -29,6 +30,12 @@ std::optional<WallTime> nextNamedPlace(const Resource& resource, WallTime place)
   return next && resource.isNamedByRules(*next) ? next : std::nullopt;
 }
 
+bool hasPeriods(const ical::Component& series) {
+  return std::ranges::any_of(series.all("RDATE"), [](const ical::Line* line) {
+    return equalsIgnoringCase(line->parameter("VALUE").value_or(""), "PERIOD");
+  });
+}
+
 }  // namespace
 
 void EventWriter::beginAtOpened(WallTime place, Resource& resource) {
@@ -41,18 +48,18 @@ EventWriter::Saved EventWriter::saveWhole(const EmbeddedEvent& event, Resource& 
   return {write(home, resource), place};
 }
 
-// What was before stays in its calendar, also when the rest goes to another one.
-EventWriter::Saved EventWriter::saveFuture(const EmbeddedEvent& event, Resource& resource, const Home& home,
-                                           RowId calendar) {
+// The series from the event's occurrence on.
+Resource EventWriter::futureOf(const EmbeddedEvent& event, Resource& resource) {
   const WallTime place = *event.placement().recurrenceId;
   Resource future = resource;
-  future.unexclude(place);
-  const std::vector<WallTime> excluded = future.excludedByRules(place);
   if (event.areRulesChanged() && event.rules().empty()) {
     future.components() = {occurrenceComponent(event, resource)};
     future.master().remove("RECURRENCE-ID");
-  } else if (const auto begin =
-                 event.areRulesChanged() ? std::optional(place) : nextNamedPlace(resource, place)) {
+    return future;
+  }
+  future.unexclude(place);
+  const std::vector<WallTime> excluded = future.excludedByRules(place);
+  if (const auto begin = event.areRulesChanged() ? std::optional(place) : nextNamedPlace(resource, place)) {
     future.beginAt(place, *begin);
   } else {
     future.beginAt(place, place);
@@ -60,6 +67,17 @@ EventWriter::Saved EventWriter::saveFuture(const EmbeddedEvent& event, Resource&
   }
   // An EXRULE counts from the start, which is another one now.
   if (future.excludedByRules(place) != excluded) future.excludeByDates(excluded);
+  // An extra date may have a length of its own, which the series that begins with it has not.
+  if (hasPeriods(resource.master()) && future.hasMaster() && future.overrideAt(place) == nullptr)
+    future.components().push_back(occurrenceComponent(event, resource));
+  return future;
+}
+
+// What was before stays in its calendar, also when the rest goes to another one.
+EventWriter::Saved EventWriter::saveFuture(const EmbeddedEvent& event, Resource& resource, const Home& home,
+                                           RowId calendar) {
+  const WallTime place = *event.placement().recurrenceId;
+  Resource future = futureOf(event, resource);
   future.setUid(newIdentifier());
   future.master().set(ical::Line::make("SEQUENCE", "0"));
   const std::optional<WallTime> newPlace = editWhole(event, future, calendar);
@@ -109,7 +127,7 @@ std::optional<WallTime> EventWriter::editWhole(const EmbeddedEvent& event, Resou
   const WallTime oldStart = resource.start();
   const std::optional<WallTime> place = event.placement().recurrenceId;
   ical::Component* own = place ? resource.overrideAt(*place) : nullptr;
-  if (own != nullptr && event.isDetached()) editOccurrence(event, *own, resource.zones(), calendar);
+  if (own != nullptr) editOccurrence(event, *own, resource.zones(), calendar);
 
   const seconds shift = event.isTimeChanged() ? moveWhole(event, resource, calendar) : seconds(0);
   ical::Component& master = resource.master();

@@ -48,6 +48,7 @@ class EventWriter {
   // Other rules count from the occurrence that is open. Those before it, which were all taken away, are gone.
   static void beginAtOpened(WallTime place, Resource& resource);
   Saved saveWhole(const EmbeddedEvent& event, Resource& resource, const Home& home);
+  Resource futureOf(const EmbeddedEvent& event, Resource& resource);
   Saved saveFuture(const EmbeddedEvent& event, Resource& resource, const Home& home, RowId calendar);
   Saved saveOccurrence(const EmbeddedEvent& event, Resource& resource, const Home& home);
   Saved saveSeparately(const EmbeddedEvent& event, Resource& resource, const Home& home, RowId calendar);
