@@ -60,6 +60,16 @@ TEST(ReadingComponents, FindsPropertiesWithoutRegardToCaseAndFolding) {
   EXPECT_EQ(meeting.components()[0].find("TRIGGER")->number(), 6U);
 }
 
+TEST(ReadingComponents, UnfoldsPhysicalLinesOfAnyLength) {
+  for (const std::string lineBreak : {"\r\n", "\n", "\r", "\r\r\n"})
+    for (std::size_t length = 240; length < 270; ++length) {
+      const std::string part(length, 'x');
+      const auto parsed =
+          parseComponents("BEGIN:VEVENT\r\nSUMMARY:" + part + lineBreak + " " + part + "\r\nEND:VEVENT\r\n");
+      ASSERT_EQ(parsed.front().value("SUMMARY"), part + part) << length;
+    }
+}
+
 TEST(ReadingComponents, LinesOutliveTheirComponent) {
   const Line line = *only(kMeeting).find("SUMMARY");
   EXPECT_EQ(line.value(), "Planning of the year");

@@ -218,6 +218,18 @@ TEST_F(StoreFile, WaitsForAnotherWriter) {
   release.join();
 }
 
+TEST_F(StoreFile, HasMoreMemoryForAWhile) {
+  const auto database = open();
+  ASSERT_TRUE(database) << why_;
+  const auto kilobytes = [&] { return -database->connection().execAndGet("PRAGMA cache_size").getInt(); };
+  const int usual = kilobytes();
+  {
+    const Database::MoreMemory memory(*database, std::size_t{1} << 20);
+    EXPECT_EQ(kilobytes(), usual + 1024);
+  }
+  EXPECT_EQ(kilobytes(), usual);
+}
+
 class StoreVersion : public StoreFile {
  protected:
   void SetUp() override {

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "eventkit/embedded/storage/import_text.h"
 #include "tests/storage/store_fixture.h"
 
 namespace ek::embedded {
@@ -16,6 +17,13 @@ std::vector<std::string> reasonsOf(const ImportReport& report) {
   for (const Skipped& part : report.skipped)
     reasons.push_back(std::to_string(part.line) + ": " + part.reason);
   return reasons;
+}
+
+TEST(ImportText, KnowsWhetherAllLinesEndAlike) {
+  for (const char* text : {"", "a", "a\nb\n", "\n\n", "a\r\nb\r\n", "\r\n\r\n", "a\r\nb"})
+    EXPECT_TRUE(hasUniformLineBreaks(text)) << testing::PrintToString(text);
+  for (const char* text : {"a\r", "a\r\nb\n", "a\n\r\n", "a\r\r\n", "a\rb\r\n", "a\r\nb\r", "\n\r"})
+    EXPECT_FALSE(hasUniformLineBreaks(text)) << testing::PrintToString(text);
 }
 
 TEST_F(Import, PutsEventsIntoACalendarAndToDosIntoAList) {

@@ -1,5 +1,6 @@
 #include "eventkit/embedded/storage/item_table.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -180,14 +181,13 @@ TEST_F(Items, GoWithTheirCalendar) {
 }
 
 TEST(Identifier, IsARandomUuidInCapitals) {
-  std::set<std::string> all;
-  for (int i = 0; i < 1000; ++i) {
-    const std::string identifier = newIdentifier();
+  std::vector<std::string> all = newIdentifiers(1000);
+  EXPECT_TRUE(std::ranges::is_sorted(all));
+  all.push_back(newIdentifier());
+  for (const std::string& identifier : all)
     EXPECT_THAT(identifier,
                 testing::MatchesRegex("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}"));
-    all.insert(identifier);
-  }
-  EXPECT_EQ(all.size(), 1000u);
+  EXPECT_EQ(std::set(all.begin(), all.end()).size(), 1001u);
 }
 
 }  // namespace

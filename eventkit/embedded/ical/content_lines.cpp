@@ -18,6 +18,18 @@ std::size_t findFrom(std::string_view text, char wanted, std::size_t from, std::
   return found ? static_cast<std::size_t>(static_cast<const char*>(found) - text.data()) : to;
 }
 
+// The first carriage return or line feed, or the end. Goes by pieces, since either may be far away.
+std::size_t firstBreak(std::string_view text) {
+  constexpr std::size_t kPiece = 256;
+  for (std::size_t at = 0; at < text.size(); at += kPiece) {
+    const std::size_t end = std::min(at + kPiece, text.size());
+    const std::size_t lineFeed = findFrom(text, '\n', at, end);
+    const std::size_t found = findFrom(text, '\r', at, lineFeed);
+    if (found < end) return found;
+  }
+  return text.size();
+}
+
 bool isCalendar(std::string_view name) { return equalNames(name, "VCALENDAR"); }
 
 }  // namespace
@@ -73,7 +85,7 @@ bool LineScanner::next(RawLine& line) {
 void unfold(std::string_view raw, std::string& out) {
   for (bool isFirst = true; !raw.empty(); isFirst = false) {
     if (!isFirst) raw.remove_prefix(1);
-    const std::size_t end = std::min(raw.find_first_of("\r\n"), raw.size());
+    const std::size_t end = firstBreak(raw);
     out.append(raw, 0, end);
     raw.remove_prefix(end);
     raw.remove_prefix(lineBreakOf(raw).size());
@@ -81,7 +93,7 @@ void unfold(std::string_view raw, std::string& out) {
 }
 
 std::string_view lineBreakOf(std::string_view raw) {
-  const std::size_t begin = std::min(raw.find_first_of("\r\n"), raw.size());
+  const std::size_t begin = firstBreak(raw);
   std::size_t end = begin;
   for (const std::string_view known : {"\r\n", "\r\r\n", "\n", "\r"}) {
     if (!raw.substr(begin).starts_with(known)) continue;

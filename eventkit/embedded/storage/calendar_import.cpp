@@ -8,6 +8,7 @@
 #include "eventkit/embedded/ical/component.h"
 #include "eventkit/embedded/ical/content_lines.h"
 #include "eventkit/embedded/ical/values.h"
+#include "eventkit/embedded/storage/identifier.h"
 #include "eventkit/embedded/storage/import_text.h"
 
 namespace ek::embedded {
@@ -58,13 +59,15 @@ CalendarImport::CalendarImport(Database& database, const ImportOptions& options,
       calendars_(database),
       items_(database) {}
 
-void CalendarImport::run(std::string_view text) {
-  std::string uniform;
+void CalendarImport::plan(std::string_view text) {
   if (!hasUniformLineBreaks(text)) {
-    uniform = withLineBreaks(text, "\r\n");
-    text = uniform;
+    uniformText_ = withLineBreaks(text, "\r\n");
+    text = uniformText_;
   }
   plan_ = planImport(text, options_.title, stem_, skip_);
+}
+
+void CalendarImport::store() {
   for (const ImportPlan::Envelope& envelope : plan_.envelopes) storeEnvelope(envelope);
   for (std::size_t i = 0; i < plan_.groups.size(); ++i) {
     if (options_.progress && i % kProgressStep == 0) options_.progress(i, plan_.groups.size());
@@ -122,9 +125,14 @@ void CalendarImport::storeItem(const ImportPlan::Group& group, const ReadItem& i
     items_.replaceImported(known->id, calendar, item.text, item.index, places);
     if (known->envelope) leftEnvelopes_.insert(*known->envelope);
   } else {
-    items_.insert(calendar, {}, item.text, item.index, &places);
+    items_.insert(calendar, nextIdentifier(), item.text, item.index, &places);
   }
   ++(source.kind == EntityType::event ? report_.events : report_.reminders);
+}
+
+const std::string& CalendarImport::nextIdentifier() {
+  if (identifiers_.empty()) identifiers_ = newIdentifiers(plan_.groups.size());
+  return identifiers_[usedIdentifiers_++];
 }
 
 // It is kept in its place, so that an export gives the whole file back.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <set>
@@ -18,13 +19,15 @@
 
 namespace ek::embedded {
 
-// Belongs into a writing transaction, which is not worth a commit when no item was imported.
 class CalendarImport {
  public:
   // `stem` is the title of calendars whose VCALENDAR has none. Counts go to the report.
   CalendarImport(Database& database, const ImportOptions& options, std::string stem, ImportReport& report,
                  SkipPart skip);
-  void run(std::string_view text);
+  // Sorts out what is in the text, which has to stay until it is stored.
+  void plan(std::string_view text);
+  // Belongs into a writing transaction, which is not worth a commit when no item was imported.
+  void store();
 
  private:
   // A calendar or list that items go to.
@@ -43,6 +46,7 @@ class CalendarImport {
   void storePart(RowId envelope, std::uint32_t place, std::string_view name, std::string_view text);
   void storeGroup(const ImportPlan::Group& group);
   void storeItem(const ImportPlan::Group& group, const ReadItem& item);
+  const std::string& nextIdentifier();
   void leaveOut(const ImportPlan::Source& source, const std::string& reason);
   Target& target(const ImportPlan::Source& source);
   RowId calendarFor(const ImportPlan::Source& source);
@@ -58,7 +62,10 @@ class CalendarImport {
   CalendarTable calendars_;
   ItemTable items_;
 
+  std::string uniformText_;  // in place of one with several kinds of line breaks
   ImportPlan plan_;
+  std::vector<std::string> identifiers_;  // for new items, once there is one
+  std::size_t usedIdentifiers_ = 0;
   std::vector<Envelope> envelopes_;          // parallel to the plan's
   std::map<std::uint32_t, Target> targets_;  // by twice the title plus the kind
   std::set<RowId> leftEnvelopes_;            // of earlier imports, whose items were imported again

@@ -3,6 +3,7 @@
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Exception.h>
 #include <SQLiteCpp/Statement.h>
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstddef>
@@ -24,6 +25,8 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto kLongestWait = 10s;
+constexpr std::size_t kUsualMemory = std::size_t{16} << 20;
+constexpr std::size_t kMostMemory = std::size_t{256} << 20;
 constexpr int kWalRegionSize = 32768;
 constexpr std::size_t kWalHeaderSize = 96;
 
@@ -159,6 +162,10 @@ void bringUpToDate(const std::string& path, SQLite::Database& database) {
   }
 }
 
+void useMemory(SQLite::Database& database, std::size_t bytes) {
+  database.tryExec("PRAGMA cache_size = -" + std::to_string(bytes / 1024));
+}
+
 // Changing the journal's mode does not ask the busy handler.
 void useWriteAheadLog(SQLite::Database& database) {
   Patience patience;
@@ -208,8 +215,9 @@ std::shared_ptr<Database> Database::open(const std::string& givenPath, std::stri
     }
     if (!connection->isReadOnly) useWriteAheadLog(database);
     database.exec(
-        "PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON; PRAGMA cache_size = -16000;"
-        "PRAGMA journal_size_limit = 4194304; PRAGMA temp_store = MEMORY");
+        "PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON; PRAGMA journal_size_limit = 4194304;"
+        "PRAGMA temp_store = MEMORY");
+    useMemory(database, kUsualMemory);
     readMarks(database);  // maps the log's shared memory
     // Asking where there is no log would make one's shared file.
     if (!connection->isImmutable && hasLog(database))
@@ -279,6 +287,12 @@ void Database::Transaction::commit() {
   --connection.depth;
   isOpen_ = false;
 }
+
+Database::MoreMemory::MoreMemory(Database& database, std::size_t bytes) : database_(database) {
+  useMemory(database_.connection(), std::min(kUsualMemory + bytes, kMostMemory));
+}
+
+Database::MoreMemory::~MoreMemory() { useMemory(database_.connection(), kUsualMemory); }
 
 // A commit writes both copies of the header, each time with another change counter and checksum, and a
 // restart of the log (after a checkpoint) picks another salt: no earlier content of the 96 bytes comes back.

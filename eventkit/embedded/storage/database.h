@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -82,6 +83,19 @@ class Database {
     Kind kind_;
     bool isJoined_;
     bool isOpen_ = true;
+  };
+
+  // While it lives, the connection keeps so many bytes more of the file in memory: for a transaction that
+  // goes to and fro in much of it, whose changed pages would be written out and read again and again.
+  class MoreMemory {
+   public:
+    MoreMemory(Database& database, std::size_t bytes);
+    MoreMemory(const MoreMemory&) = delete;
+    MoreMemory& operator=(const MoreMemory&) = delete;
+    ~MoreMemory();
+
+   private:
+    Database& database_;
   };
 
   // A value that differs from an earlier one when any process (this one included) has committed anything in

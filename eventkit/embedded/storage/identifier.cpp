@@ -1,5 +1,6 @@
 #include "eventkit/embedded/storage/identifier.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <sys/random.h>
@@ -35,6 +36,13 @@ std::array<std::uint8_t, kLength> randomBytes() {
 }  // namespace
 
 std::string newIdentifier() { return identifierFrom(randomBytes(), 4); }
+
+std::vector<std::string> newIdentifiers(std::size_t count) {
+  std::vector<std::string> identifiers(count);
+  std::ranges::generate(identifiers, newIdentifier);
+  std::ranges::sort(identifiers);
+  return identifiers;
+}
 
 std::string identifierFrom(std::array<std::uint8_t, 16> bytes, unsigned version) {
   constexpr char kDigits[] = "0123456789ABCDEF";

@@ -70,12 +70,11 @@ bool isContactText(std::string_view text) {
 }
 
 bool hasUniformLineBreaks(std::string_view text) {
-  const auto returns = std::count(text.begin(), text.end(), '\r');
-  if (returns == 0) return true;
-  std::ptrdiff_t pairs = 0;
-  for (std::size_t at = text.find('\n'); at != std::string_view::npos; at = text.find('\n', at + 1), ++pairs)
-    if (at == 0 || text[at - 1] != '\r') return false;
-  return returns == pairs;
+  const auto hasReturn = [](std::string_view part) { return part.find('\r') != std::string_view::npos; };
+  if (!hasReturn(text)) return true;
+  for (std::size_t end = 0; (end = text.find('\n')) != std::string_view::npos; text.remove_prefix(end + 1))
+    if (end == 0 || text[end - 1] != '\r' || hasReturn(text.substr(0, end - 1))) return false;
+  return !hasReturn(text);
 }
 
 std::string withLineBreaks(std::string_view text, std::string_view lineBreak) {

@@ -13,6 +13,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// The pages of the indexes in which rows come in no order are to stay in memory: about so much of the text.
+constexpr std::size_t kTextsPerMemory = 4;
+
 std::string extensionOf(const fs::path& path) { return foundation::lowercased(path.extension().string()); }
 
 std::vector<fs::path> filesIn(const fs::path& folder, std::error_code& error) {
@@ -54,11 +57,15 @@ void Importer::importText(const fs::path& path, const std::string& text) {
   const std::size_t skippedBefore = report_.skipped.size();
   const auto report = [&](std::size_t line, std::string reason) { skip(path, line, std::move(reason)); };
   guarded([&] {
+    const bool isContacts = extensionOf(path) == ".vcf" || isContactText(text);
+    CalendarImport calendars(database_, options_, path.stem().string(), report_, report);
+    if (!isContacts) calendars.plan(text);
+    const Database::MoreMemory memory(database_, text.size() / kTextsPerMemory);
     Database::Transaction writing(database_, Database::Transaction::Kind::writing);
-    if (extensionOf(path) == ".vcf" || isContactText(text))
+    if (isContacts)
       report_.contacts += importContacts(database_, text, report);
     else
-      CalendarImport(database_, options_, path.stem().string(), report_, report).run(text);
+      calendars.store();
     if (report_.events + report_.reminders + report_.contacts > before) writing.commit();
   });
   if (report_.events + report_.reminders + report_.contacts > before) return;
