@@ -546,6 +546,21 @@ TEST_F(Texts, AlarmsStayWithTheirReminderWhenItsDueDateMoves) {
   }
 }
 
+TEST_F(Texts, AStartKeepsToTheFormOfTheDueDate) {
+  import("BEGIN:VTODO\r\nUID:1\r\nDTSTART;VALUE=DATE:20240506\r\nEND:VTODO\r\n");
+  const auto item = store_->calendarItemWithIdentifier("1");
+  const auto may8 = std::chrono::local_days(std::chrono::year(2024) / 5 / 8);
+  const auto textAfterDue = [&](const ek::DateComponents& due) {
+    ek::asReminder(*item).setDueDateComponents(due);
+    std::optional<ek::Error> error;
+    EXPECT_TRUE(store_->saveReminder(item, error));
+    return textOf(item->calendarItemIdentifier());
+  };
+  EXPECT_THAT(textAfterDue({.wall = may8 + hours(10)}), HasSubstr("DTSTART:20240506T000000\r\n"));
+  EXPECT_THAT(textAfterDue({.wall = may8, .isDateOnly = true}), HasSubstr("DTSTART;VALUE=DATE:20240506\r\n"));
+  EXPECT_THAT(textAfterDue({.wall = may8 - hours(100)}), Not(HasSubstr("DTSTART"))) << "it would start late";
+}
+
 TEST_F(Texts, AnEndInTheRepeatedHourIsTheOneThatWasMeant) {
   // Clocks in Berlin go from 3:00 back to 2:00 on 27 October 2024, at 1:00 UTC.
   const auto event = newEvent("a", utc(2024, 10, 27, 0, 45), minutes(30));

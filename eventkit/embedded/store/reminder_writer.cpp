@@ -32,10 +32,14 @@ void fitStart(ical::Component& task, const ZoneFinder& zones, const TimeForm& fo
   const ical::Line* line = task.find("DTSTART");
   const std::optional<ZonedTime> start = line == nullptr ? std::nullopt : readTime(*line, zones);
   const bool repeats = task.find("RRULE") != nullptr;
-  const bool fits = start && start->isDate == (form.kind == TimeForm::Kind::day) &&
-                    instantOf(momentOf(*start), *form.zone) <= form.instantOf(due);
-  if (fits || (!start && !repeats)) return;
-  if (repeats)
+  if (!start && !repeats) return;
+  const bool isDay = form.kind == TimeForm::Kind::day;
+  const bool isEarly = start && instantOf(momentOf(*start), *form.zone) <= form.instantOf(due);
+  if (isEarly && start->isDate == isDay) return;
+  if (isEarly)
+    setValue(task,
+             form.line("DTSTART", isDay ? std::chrono::floor<std::chrono::days>(start->wall) : start->wall));
+  else if (repeats)
     setValue(task, form.line("DTSTART", due));
   else
     task.remove("DTSTART");
