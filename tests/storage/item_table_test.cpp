@@ -18,6 +18,11 @@ class Items : public StoreFixture {
     StoreFixture::SetUp();
     home_ = calendar("Calendar")->id;
   }
+  void erase(RowId id) {
+    Database::Transaction writing(*database_, Kind::writing);
+    ItemTable(*database_).erase(id);
+    writing.commit();
+  }
   RowId home_ = 0;
 };
 
@@ -53,15 +58,24 @@ TEST_F(Items, OfOneUidStandOnceInACalendar) {
 TEST_F(Items, ThatAreErasedLeaveAMark) {
   const RowId id = make(home_, event("u", "DTSTART:20240501", {"RRULE:FREQ=DAILY"}));
   const auto before = database_->change();
-  {
-    Database::Transaction writing(*database_, Kind::writing);
-    ItemTable(*database_).erase(id);
-    writing.commit();
-  }
+  erase(id);
   EXPECT_EQ(number("SELECT count(*) FROM item") + number("SELECT count(*) FROM series_event"), 0);
   EXPECT_EQ(number("SELECT change FROM removed_item WHERE uid = 'u' AND item = " + std::to_string(id)),
             before + 1);
   EXPECT_NE(make(home_, event("u")), id);
+}
+
+TEST_F(Items, MarksAreDroppedWhenTheyAreOldUnlessASyncNeedsThem) {
+  import(calendarText(event("synced")), "a.ics", {.title = "Account"});
+  exec("UPDATE calendar SET type = 1 WHERE title = 'Account'");
+  erase(item("synced")->id);
+  erase(make(home_, event("old")));
+  exec("UPDATE counter SET change = change + 9998");
+  erase(make(home_, event("middle")));
+  EXPECT_EQ(number("SELECT count(*) FROM removed_item"), 3);
+  erase(make(home_, event("new")));
+  EXPECT_EQ(text("SELECT group_concat(uid) FROM (SELECT uid FROM removed_item ORDER BY item)"),
+            "synced,middle,new");
 }
 
 TEST_F(Items, ChangeTheirKindOfIndexRowWithTheirText) {
@@ -165,18 +179,18 @@ TEST_F(Items, ZonesAreWhatTheStoreHasThemForNow) {
 TEST_F(Items, GoWithTheirCalendar) {
   import(calendarText(zoneText("Office", "+0100") + event("a", "DTSTART;TZID=Office:20240501T090000") +
                       task("t")));
-  const auto erase = [&](RowId id) {
+  const auto eraseCalendar = [&](RowId id) {
     Database::Transaction writing(*database_, Kind::writing);
     CalendarTable(*database_).erase(id);
     writing.commit();
   };
-  erase(calendar("Work")->id);
+  eraseCalendar(calendar("Work")->id);
   EXPECT_EQ(number("SELECT count(*) FROM envelope"), 1);  // the list's part of the file stays
   EXPECT_EQ(number("SELECT count(*) FROM removed_item WHERE uid = 'a'"), 1);
-  erase(calendar("Work", EntityType::reminder)->id);
+  eraseCalendar(calendar("Work", EntityType::reminder)->id);
   EXPECT_EQ(number("SELECT count(*) FROM envelope") + number("SELECT count(*) FROM item"), 0);
   import(calendarText(event("b")));
-  erase(home_);
+  eraseCalendar(home_);
   EXPECT_TRUE(calendar("Work")->isDefault);
 }
 

@@ -1,3 +1,4 @@
+#include <SQLiteCpp/Database.h>
 #include <random>
 #include <tuple>
 
@@ -142,6 +143,17 @@ TEST_F(KeptAnswers, MoreChangesThanAreWorthFollowing) {
     import("BEGIN:VEVENT\r\nUID:" + std::to_string(i) + "\r\nDTSTART:20240502T090000Z\r\nSUMMARY:x\r\n" +
            (i % 2 == 0 ? "RRULE:FREQ=DAILY;COUNT=2\r\n" : "") + "END:VEVENT\r\n");
   EXPECT_EQ(ask()->size(), 1U + 150 + 150 * 2);
+}
+
+TEST_F(KeptAnswers, ThatAreOlderThanTheMarksOfRemovedItemsAreReadAnew) {
+  for (const char* title : {"a", "b", "c"}) save(newEvent(title, utc(2024, 5, 1, 9)));
+  EXPECT_THAT(titles(), ElementsAre("a", "b", "c"));
+  const auto day = eventsBetween(utc(2024, 5, 1), utc(2024, 5, 2));
+  remove(day->at(0), Span::thisEvent);
+  ek::embedded::Database::shared(path())->connection().exec("UPDATE counter SET change = change + 10000");
+  remove(day->at(1), Span::thisEvent);
+  ASSERT_EQ(ask()->size(), 1U);
+  EXPECT_THAT(titles(), ElementsAre("c"));
 }
 
 TEST_F(KeptAnswers, AnAnswerThatWasGivenStays) {

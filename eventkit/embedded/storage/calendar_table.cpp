@@ -4,6 +4,7 @@
 #include <SQLiteCpp/Statement.h>
 
 #include "eventkit/embedded/storage/identifier.h"
+#include "eventkit/embedded/storage/removed_items.h"
 
 namespace ek::embedded {
 namespace {
@@ -113,7 +114,7 @@ void CalendarTable::erase(RowId id) {
     statement->exec();
   };
   const std::int64_t change = database_.nextChange();
-  run("INSERT INTO removed_item SELECT id, calendar, uid, ?2 FROM item WHERE calendar = ?1", id, change);
+  markAllRemoved(database_, id);
   run("DELETE FROM single_event WHERE item IN (SELECT id FROM item WHERE calendar = ?)", id);
   run("DELETE FROM series_event WHERE item IN (SELECT id FROM item WHERE calendar = ?)", id);
   run("DELETE FROM reminder WHERE item IN (SELECT id FROM item WHERE calendar = ?)", id);

@@ -11,6 +11,7 @@
 #include "eventkit/embedded/ical/values.h"
 #include "eventkit/embedded/ical/zones.h"
 #include "eventkit/embedded/storage/index_rows.h"
+#include "eventkit/embedded/storage/removed_items.h"
 
 namespace ek::embedded {
 namespace {
@@ -151,11 +152,7 @@ void ItemTable::update(RowId id, RowId calendar, std::string_view text, const It
 }
 
 void ItemTable::erase(RowId id) {
-  const auto mark =
-      database_.statement("INSERT INTO removed_item SELECT id, calendar, uid, ? FROM item WHERE id = ?");
-  mark->bind(1, database_.nextChange());
-  mark->bind(2, id);
-  mark->exec();
+  markRemoved(database_, id);
   eraseIndexRows(database_, id);
   const auto remove = database_.statement("DELETE FROM item WHERE id = ?");
   remove->bind(1, id);

@@ -56,7 +56,7 @@ class ItemTable {
   // The same for an item that is imported again.
   void replaceImported(RowId id, RowId calendar, std::string_view text, const ItemIndex& index,
                        const ItemPlaces& places);
-  // Leaves a mark behind, so that kept answers and later syncs learn of it.
+  // Leaves a mark behind (see removed_items.h).
   void erase(RowId id);
 
   // What an item's TZIDs mean: known names by themselves, else the VTIMEZONE of the VCALENDAR that it came

@@ -112,7 +112,7 @@ CREATE TABLE reminder (
 );
 CREATE INDEX reminder_calendar ON reminder (calendar);
 
--- Items that are gone.
+-- Items that are gone, of the last changes.
 CREATE TABLE removed_item (item INTEGER PRIMARY KEY, calendar INTEGER NOT NULL, uid TEXT NOT NULL, change INTEGER NOT NULL);
 CREATE INDEX removed_item_change ON removed_item (change);
 

@@ -10,8 +10,8 @@
 
 namespace ek::embedded {
 
-// Written or removed, each once, ascending. Nothing when there are so many that reading everything again is
-// the cheaper way.
-std::optional<std::vector<RowId>> itemsChangedSince(Database& database, std::int64_t change);
+// Written or removed after the change number `since`, each once, ascending; `now` is the store's. Nothing
+// when there are so many that reading everything again is the cheaper way, or it is too long ago.
+std::optional<std::vector<RowId>> itemsChangedSince(Database& database, std::int64_t since, std::int64_t now);
 
 }  // namespace ek::embedded

@@ -55,11 +55,12 @@ void EventAnswer::bringUpToDate(Database& database, const Basis& basis) {
                             (conditions_.end <= endlessEnd_ || foundation::now() < validUntil_);
   basis_ = basis;
   const std::int64_t before = std::exchange(change_, kNothingRead);
-  if (!isComparable || !readChanged(database, before)) {
+  const std::int64_t now = database.change();
+  if (!isComparable || !readChanged(database, before, now)) {
     calendars_ = calendars;
     readAll(database);
   }
-  change_ = database.change();
+  change_ = now;
 }
 
 std::size_t EventAnswer::bytes() const {
@@ -88,8 +89,8 @@ void EventAnswer::readAll(Database& database) {
 }
 
 // False when too much changed for this to be the cheaper way.
-bool EventAnswer::readChanged(Database& database, std::int64_t since) {
-  const auto changed = itemsChangedSince(database, since);
+bool EventAnswer::readChanged(Database& database, std::int64_t since, std::int64_t now) {
+  const auto changed = itemsChangedSince(database, since, now);
   if (!changed) return false;
   if (conditions_.end < conditions_.start) return true;
   for (const RowId item : *changed) readItem(database, item);

@@ -53,7 +53,7 @@ class EventAnswer final : public EventList {
   };
 
   void readAll(Database& database);
-  bool readChanged(Database& database, std::int64_t since);
+  bool readChanged(Database& database, std::int64_t since, std::int64_t now);
   void readItem(Database& database, RowId item);
   Origin originOf(SingleEventRow row) const;
   Origin originOf(const SeriesCache::Entry& entry) const;

@@ -52,7 +52,7 @@ void Records::bringDocumentsUpToDate() {
   const Database::Transaction reading(database, Database::Transaction::Kind::reading);
   const Database::Version version = database.version();
   const std::int64_t change = database.change();
-  if (const auto changed = itemsChangedSince(database, documentsChange_)) {
+  if (const auto changed = itemsChangedSince(database, documentsChange_, change)) {
     for (const RowId item : *changed) documents_.forget(item);
   } else {
     documents_.clear();

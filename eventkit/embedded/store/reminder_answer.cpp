@@ -35,11 +35,12 @@ void ReminderAnswer::bringUpToDate(Database& database, const Basis& basis) {
                             basis_.zone == basis.zone && calendars_ == calendars;
   basis_ = basis;
   const std::int64_t before = std::exchange(change_, kNothingRead);
-  if (!isComparable || !readChanged(database, before)) {
+  const std::int64_t now = database.change();
+  if (!isComparable || !readChanged(database, before, now)) {
     calendars_ = calendars;
     readAll(database);
   }
-  change_ = database.change();
+  change_ = now;
 }
 
 // Columns: item, calendar, is_completed, completion, due, due_is_floating, created.
@@ -81,8 +82,8 @@ void ReminderAnswer::readAll(Database& database) {
 }
 
 // False when too much changed for this to be the cheaper way.
-bool ReminderAnswer::readChanged(Database& database, std::int64_t since) {
-  const auto changed = itemsChangedSince(database, since);
+bool ReminderAnswer::readChanged(Database& database, std::int64_t since, std::int64_t now) {
+  const auto changed = itemsChangedSince(database, since, now);
   if (!changed) return false;
   std::erase_if(entries_,
                 [&](const Entry& entry) { return std::ranges::binary_search(*changed, entry.item); });

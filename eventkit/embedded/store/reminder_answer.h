@@ -39,7 +39,7 @@ class ReminderAnswer final : public ReminderList {
   static Row rowOf(SQLite::Statement& select);
   bool matches(const Row& row) const;
   void readAll(Database& database);
-  bool readChanged(Database& database, std::int64_t since);
+  bool readChanged(Database& database, std::int64_t since, std::int64_t now);
 
   std::shared_ptr<Records> records_;
   ReminderConditions conditions_;

@@ -38,7 +38,7 @@ void SeriesCache::bringUpToDate() {
   const std::int64_t change = database_.change();
   if (change == seen_) return;
   zones_.clear();
-  const auto changed = loadedAfter_ == kNever ? std::nullopt : itemsChangedSince(database_, seen_);
+  const auto changed = loadedAfter_ == kNever ? std::nullopt : itemsChangedSince(database_, seen_, change);
   if (changed) {
     for (const RowId item : *changed) refresh(item);
   } else {
