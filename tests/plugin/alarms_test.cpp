@@ -42,33 +42,6 @@ TEST_F(Alarms, DoWhatTheActionSays) {
   // The sound is set last, and the check goes by the argument.
   expectOutcome(add("email", "ann@example.org", "Basso"), 0);
   EXPECT_EQ(lastOf(*event)->type(), ek::AlarmType::audio);
-}
-
-TEST_F(Alarms, ChecksComeInTheirOrder) {
-  const struct {
-    TextArgument type, action, address, sound;
-    int offset;
-    int error;
-  } cases[] = {
-      {{}, {}, {}, {}, 0, 9045},
-      {"event", {}, {}, {}, 0, 9032},
-      {"meeting", "display", {}, {}, 0, 9031},
-      {"event", "display", {}, {}, -60, 9047},
-      {"task", "wake", {}, {}, -60, 9046},
-      {"reminder", "procedure", {}, {}, -60, 9046},
-      {"meeting", "display", {}, {}, -60, 9006},
-      {"calendar", "display", {}, {}, -60, 9006},
-  };
-  for (const auto& row : cases) {
-    SCOPED_TRACE(row.error);
-    expectOutcome(backend_.addAlarm(row.type, {}, row.action, row.address, row.offset, row.sound), row.error);
-  }
-  const auto event = openEvent();
-  expectOutcome(add("email", {}, "Basso"), 9028);
-  expectOutcome(add("sound", "ann@example.org"), 9030);
-  expectOutcome(add("procedure", "ann@example.org", "Basso"), 9029);
-  expectOutcome(add("wake"), 9005);
-  EXPECT_EQ(event->alarmList.size(), 0U);
   event->takesAlarms = false;
   expectOutcome(add("display"), 9026);
 }
@@ -107,84 +80,37 @@ TEST_F(Alarms, AreChangedWhenOpen) {
   expectOutcome(backend_.setAlarmProp(std::nullopt, Value("x")), 9005);
 }
 
-class RemovingAlarms : public BackendTest {
- protected:
-  RemovingAlarms() : event_(openEvent()) {
-    for (const double offset : {-1.0, -2.0, -3.0}) {
-      event_->alarmList.push_back(std::make_shared<FakeAlarm>());
-      event_->alarmList.back()->setRelativeOffset(offset);
-    }
-  }
-  std::vector<double> left() const {
-    std::vector<double> offsets;
-    for (const auto& alarm : event_->alarmList) offsets.push_back(alarm->relativeOffset());
-    return offsets;
-  }
-  std::shared_ptr<FakeEvent> event_;
-};
-
-TEST_F(RemovingAlarms, ByPosition) {
+TEST_F(Alarms, AreRemovedByPosition) {
+  const auto event = openEvent();
+  for (int i = 0; i < 3; ++i) ASSERT_EQ(add("display"), 0);
+  const auto before = event->alarmList;
   for (const int position : {0, 4, -2}) expectOutcome(backend_.removeAlarmFrom("event", position), 9002);
   expectOutcome(backend_.removeAlarmFrom("Event", 2), 0);
-  EXPECT_THAT(left(), testing::ElementsAre(-1, -3));
-  event_->takesAlarms = false;
+  EXPECT_THAT(event->alarmList, testing::ElementsAre(before[0], before[2]));
+  event->takesAlarms = false;
   expectOutcome(backend_.removeAlarmFrom("event", 1), 9027);
 }
 
-TEST_F(RemovingAlarms, PositionMinusOneRemovesAllAndReportsAFailure) {
-  expectOutcome(backend_.removeAlarmFrom("event", -1), 9027);
-  EXPECT_TRUE(left().empty());
-  expectOutcome(backend_.removeAlarmFrom("event", -1), 0);
-  expectOutcome(backend_.removeAlarmFrom("event", 7), 0);
-}
-
-TEST_F(RemovingAlarms, All) {
-  expectOutcome(backend_.removeAllAlarmsFrom("EVENT"), 0);
-  EXPECT_TRUE(left().empty());
-  expectOutcome(backend_.removeAllAlarmsFrom("event"), 0);
-  openReminder()->alarmList.resize(2, std::make_shared<FakeAlarm>());
-  expectOutcome(backend_.removeAllAlarmsFrom("task"), 0);
-  EXPECT_TRUE(store_.reminders().front()->alarmList.empty());
-}
-
-TEST_F(RemovingAlarms, NeedAnOwner) {
-  const struct {
-    TextArgument type;
-    int one;
-    int all;
-  } cases[] = {{std::nullopt, 9045, 9005}, {"event", 9047, 9000},    {"task", 9046, 9000},
-               {"reminder", 9046, 9000},   {"calendar", 9006, 9006}, {"alarms", 9006, 9006}};
-  backend_.releaseItems();
-  for (const auto& [type, one, all] : cases) {
-    SCOPED_TRACE(type.value_or("(none)"));
-    expectOutcome(backend_.removeAlarmFrom(type, 1), one);
-    expectOutcome(backend_.removeAllAlarmsFrom(type), all);
-  }
-}
-
-class AddingRules : public BackendTest {
- protected:
-  int add(TextArgument type, int interval = 1, std::optional<Date> end = {}, int count = 0) {
-    return backend_.addRecurrence(type, interval, {}, {}, 0, {}, end, count);
-  }
-};
+using AddingRules = BackendTest;
 
 TEST_F(AddingRules, FrequenciesIntervalsAndEnds) {
   const auto event = openEvent();
+  const auto add = [&](TextArgument type, int interval, std::optional<Date> end, int count) {
+    expectOutcome(backend_.addRecurrence(type, interval, {}, {}, 0, {}, end, count), 0);
+    return event->rules.back();
+  };
   const char* const types[] = {"Daily", "WEEKLY", "monthly", "yearly"};
   for (int frequency = 0; frequency < 4; ++frequency) {
-    expectOutcome(add(types[frequency], 3), 0);
-    EXPECT_EQ(event->rules.back().frequency, static_cast<ek::RecurrenceFrequency>(frequency));
-    EXPECT_EQ(event->rules.back().interval, 3);
-    EXPECT_EQ(event->rules.back().end, std::nullopt);
+    const auto rule = add(types[frequency], 3, {}, -1);
+    EXPECT_EQ(rule.frequency, static_cast<ek::RecurrenceFrequency>(frequency));
+    EXPECT_EQ(rule.interval, 3);
+    EXPECT_EQ(rule.end, std::nullopt);
   }
-  expectOutcome(add("daily", 1, {}, 10), 0);
-  EXPECT_EQ(event->rules.back().end, ek::RecurrenceEnd::withOccurrenceCount(10));
-  expectOutcome(add("daily", 1, utc(2024, 12, 31), 10), 0);
-  EXPECT_EQ(event->rules.back().end, ek::RecurrenceEnd::withEndDate(utc(2024, 12, 31)));
-  expectOutcome(add("daily", 1, {}, -1), 0);
-  EXPECT_EQ(event->rules.back().end, std::nullopt);
-  EXPECT_EQ(event->rules.size(), 7U);
+  EXPECT_EQ(add("daily", 1, {}, 10).end, ek::RecurrenceEnd::withOccurrenceCount(10));
+  const Date last = utc(2024, 12, 31);
+  EXPECT_EQ(add("daily", 1, last, 10).end, ek::RecurrenceEnd::withEndDate(last));
+  expectOutcome(backend_.removeRecurrence(), 0);
+  EXPECT_TRUE(event->rules.empty());
 }
 
 TEST_F(AddingRules, ListsAreHandedOn) {
@@ -197,24 +123,6 @@ TEST_F(AddingRules, ListsAreHandedOn) {
   EXPECT_EQ(event->rules.back().monthsOfTheYear, (std::vector{5}));
   expectOutcome(backend_.addRecurrence("monthly", 1, {}, std::vector{40}, 0, {}, {}, 0), 9020);
   EXPECT_EQ(event->rules.size(), 1U);
-}
-
-TEST_F(AddingRules, ChecksComeInTheirOrder) {
-  for (const TextArgument type : {TextArgument("hourly"), TextArgument("daily "), TextArgument()})
-    expectOutcome(add(type, 0), 9021);
-  for (const int interval : {0, -1}) expectOutcome(add("daily", interval), 9024);
-  openReminder();
-  expectOutcome(add("daily"), 9043);
-}
-
-TEST_F(AddingRules, RemovingTakesAllAway) {
-  expectOutcome(backend_.removeRecurrence(), 9048);
-  const auto event = openEvent();
-  expectOutcome(backend_.removeRecurrence(), 0);
-  add("daily");
-  add("weekly");
-  expectOutcome(backend_.removeRecurrence(), 0);
-  EXPECT_TRUE(event->rules.empty());
 }
 
 }  // namespace

@@ -72,29 +72,6 @@ TEST_F(DateArguments, AHostThatFailsToConvertGivesNone) {
 
 class Properties : public HostTest {};
 
-TEST_F(Properties, DatesAreTimestampsOrDatesByKeyword) {
-  const auto event = openEvent();
-  event->start = utc(2024, 5, 1, 7, 30, 15);
-  event->end = utc(2024, 12, 24, 23, 59, 59);
-  event->modified = utc(2024, 1, 2, 3, 4, 5);
-  EXPECT_EQ(get("Event", "StartDate"), timestampAnswer("5/1/2024 9:30:15 AM"));
-  EXPECT_EQ(get("event", "enddate"), timestampAnswer("12/25/2024 12:59:59 AM"));
-  EXPECT_EQ(get("event", "modifieddate"), timestampAnswer("1/2/2024 4:04:05 AM"));
-  EXPECT_EQ(get("event", "datestamp"), timestampAnswer("1/2/2024 4:04:05 AM"));
-  EXPECT_EQ(get("event", "duedate"), dateAnswer("1/2/2024"));
-  EXPECT_EQ(get("event", "whatever"), textAnswer("2024-01-02 04:04:05 +0100"));
-  EXPECT_EQ(get("event", "occurrence"), kUntouched);
-  EXPECT_EQ(lastError().first, 0);
-  const auto reminder = openReminder();
-  reminder->completion = utc(2024, 6, 30, 22, 30);
-  EXPECT_EQ(get("task", "CompletedDate"), dateAnswer("7/1/2024"));
-  EXPECT_EQ(get("reminder", "duedate"), kUntouched);
-  zone_.set("Asia/Kolkata");
-  EXPECT_EQ(get("reminder", "completeddate"), dateAnswer("7/1/2024"));
-  zone_.set("America/St_Johns");
-  EXPECT_EQ(get("reminder", "completeddate"), dateAnswer("6/30/2024"));
-}
-
 TEST_F(Properties, TheSubPropertyEndDateMakesATimestampOfAnyValue) {
   const auto event = openEvent();
   event->rules.resize(1);
@@ -147,21 +124,6 @@ TEST_F(Properties, SettingDates) {
   EXPECT_EQ(set("task", "duedate", timestamp("5/1/2024 9:00:00 AM")), kSuccess);
   EXPECT_EQ(get("task", "duedate"), dateAnswer("5/1/2024"));
   EXPECT_EQ(reminder("duedate"), "2024-05-01 09:00:00 +0100");
-}
-
-TEST_F(Properties, OfEveryType) {
-  const auto event = openEvent();
-  event->people.resize(1);
-  event->people.front().name = "Ann";
-  EXPECT_EQ(call("OpenItemAt", {text("attendee"), number(1)}), kSuccess);
-  EXPECT_EQ(get("Attendee", "CommonName"), textAnswer("Ann"));
-  openCalendar();
-  EXPECT_EQ(call("SetProperty", {text("reminderlist"), text("Title"), text("Job")}), kSuccess);
-  EXPECT_EQ(get("calendar", "title"), textAnswer("Job"));
-  expectFailure(get("calendar", "colour"), 9063);
-  expectFailure(get("alarm", "sound"), 9064);
-  work_->broken = true;
-  expectFailure(get("calendar", "title"), 9999);
 }
 
 }  // namespace

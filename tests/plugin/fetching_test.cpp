@@ -1,3 +1,4 @@
+#include <functional>
 #include <vector>
 
 #include "tests/plugin/backend_test.h"
@@ -69,16 +70,21 @@ TEST_F(Fetching, RemindersByState) {
 }
 
 TEST_F(Fetching, RemindersByTheShortFetches) {
-  expectOutcome(backend_.fetchRemindersWithCalendars("Chores"), 0);
-  expectQuery(Kind::reminders, {}, {});
-  expectOutcome(backend_.fetchRemindersUncompleted("Chores"), 0);
-  expectQuery(Kind::incomplete, {}, {});
-  expectOutcome(backend_.fetchRemindersUncompleted(evening_, "Chores"), 0);
-  expectQuery(Kind::incomplete, {}, evening_);
-  expectOutcome(backend_.fetchRemindersCompletedSince(morning_, "Chores"), 0);
-  expectQuery(Kind::completed, morning_, {});
-  expectOutcome(backend_.fetchRemindersCompletedSince(std::nullopt, "Chores"), 0);
-  expectQuery(Kind::completed, {}, {});
+  const auto expectFetch = [&](const std::function<int()>& fetch, Kind kind, std::optional<Date> from,
+                               std::optional<Date> to) {
+    openCalendar();
+    expectOutcome(fetch(), 0);
+    expectQuery(kind, from, to);
+    EXPECT_EQ(calendar("title") + std::to_string(takeError()), "(none)9065") << "what was open is forgotten";
+  };
+  const std::optional<Date> none;
+  expectFetch([&] { return backend_.fetchRemindersWithCalendars("Chores"); }, Kind::reminders, {}, {});
+  expectFetch([&] { return backend_.fetchRemindersUncompleted("Chores"); }, Kind::incomplete, {}, {});
+  expectFetch([&] { return backend_.fetchRemindersUncompleted(evening_, "Chores"); }, Kind::incomplete, {},
+              evening_);
+  expectFetch([&] { return backend_.fetchRemindersCompletedSince(morning_, "Chores"); }, Kind::completed,
+              morning_, {});
+  expectFetch([&] { return backend_.fetchRemindersCompletedSince(none, "Chores"); }, Kind::completed, {}, {});
 }
 
 TEST_F(Fetching, AnUnknownTitleStopsTheFetch) {

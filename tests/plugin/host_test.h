@@ -26,7 +26,6 @@ inline fmhost::Value timestamp(const std::string& written) {
   return fmhost::Value::ofDateTime(fmhost::ValueType::timestamp,
                                    fmhost::parseTimestamp(foundation::utf16FromUtf8(written)));
 }
-inline const fmhost::Value nothing;
 
 // What a function left: the result's text and type.
 struct Answer {

@@ -82,14 +82,6 @@ TEST_F(Saving, AnEventThatEndsBeforeItStartsDoesNotReachTheStore) {
   expectOutcome(backend_.saveItem("event", "this"), 0);
 }
 
-TEST_F(Saving, TheSpanIsCheckedBeforeTheType) {
-  expectOutcome(backend_.saveItem("meeting", "sometimes"), 9053);
-  expectOutcome(backend_.saveItem("calendar", "this "), 9053);
-  expectOutcome(backend_.saveItem("meeting", "all"), 9005);
-  expectOutcome(backend_.saveItem("alarm", {}), 9005);
-  expectOutcome(backend_.saveItem(std::nullopt, {}), 9005);
-}
-
 TEST_F(Saving, WithNothingOpenOrAStoreThatRaisesGivesZeroAndAnError) {
   for (const char* type : {"calendar", "reminderlist", "reminder", "event"}) {
     SCOPED_TRACE(type);
@@ -125,31 +117,6 @@ TEST_F(Removing, ByIdentifier) {
   EXPECT_EQ(backend_.getObjectCount("calendar"), 0);
 }
 
-TEST_F(Removing, ChecksTheSpanThenTheIdentifierThenForASpan) {
-  const struct {
-    TextArgument type;
-    TextArgument uid;
-    TextArgument span;
-    int error;
-  } cases[] = {{"calendar", "nobody", "forever", 9006},
-               {"meeting", "nobody", "forever", 9006},
-               {"calendar", "nobody", {}, 9036},
-               {"reminderlist", {}, {}, 9036},
-               {"task", "nobody", {}, 9035},
-               {"reminder", {}, {}, 9035},
-               {"event", "nobody", {}, 9034},
-               {"event", {}, "this", 9034},
-               {"event", event_, {}, 9037},
-               {"meeting", event_, "this", 9005},
-               {"alarm", event_, {}, 9005},
-               {{}, event_, {}, 9005}};
-  for (const auto& [type, uid, span, error] : cases) {
-    SCOPED_TRACE(std::string(type.value_or("(none)")) + " " + std::string(uid.value_or("(none)")));
-    expectOutcome(backend_.removeItem(type, uid, {}, span), error);
-  }
-  EXPECT_EQ(store_.events().size(), 3U);
-}
-
 TEST_F(Removing, Refusals) {
   store_.refuse(kRefusal);
   expectOutcome(backend_.removeItem("calendar", work_->identifier, {}, {}), 9022);
@@ -157,11 +124,6 @@ TEST_F(Removing, Refusals) {
   expectOutcome(backend_.removeItem("event", event_, {}, "all"), 9079);
   store_.refuse(std::nullopt);
   expectOutcome(backend_.removeItem("event", event_, {}, "all"), 9079);
-}
-
-TEST_F(Removing, AnEventIsNoReminder) {
-  expectOutcome(backend_.removeItem("reminder", event_, {}, {}), 9078);
-  EXPECT_EQ(store_.events().size(), 3U);
 }
 
 TEST_F(Removing, AStoreThatRaisesGivesZeroAndAnError) {

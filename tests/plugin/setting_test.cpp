@@ -4,20 +4,7 @@
 namespace zuno::test {
 namespace {
 
-class Creating : public BackendTest {};
-
-TEST_F(Creating, OpensWhatItMade) {
-  expectOutcome(backend_.newItem("Calendar"), 0);
-  EXPECT_TRUE(calendar("uid").starts_with("NEW-CALENDAR"));
-  expectOutcome(backend_.newItem("reminderlist"), 0);
-  EXPECT_TRUE(calendar("uid").starts_with("NEW-LIST"));
-  expectOutcome(backend_.newItem("EVENT"), 0);
-  EXPECT_EQ(event("calendartitle"), "(none)");
-  for (const char* type : {"task", "reminder"}) {
-    expectOutcome(backend_.newItem(type), 0);
-    EXPECT_EQ(reminder("iscompleted"), "False");
-  }
-}
+using Creating = BackendTest;
 
 TEST_F(Creating, FailsByType) {
   store_.givesNull = true;
@@ -32,29 +19,24 @@ TEST_F(Creating, FailsByType) {
   }
 }
 
-class Setting : public BackendTest {};
+using Setting = BackendTest;
 
-TEST_F(Setting, PropertiesOfAnEvent) {
+TEST_F(Setting, PropertiesOfAnEventAreSetAndEmptied) {
   const auto event = openEvent();
   const Date start = utc(2024, 5, 1, 9);
   expectOutcome(backend_.setEventProp("StartDate", Value(start)), 0);
   expectOutcome(backend_.setEventProp("EndDate", Value(start)), 0);
-  expectOutcome(backend_.setEventProp("location", Value("Room 7")), 0);
-  expectOutcome(backend_.setEventProp("Title", Value("Talk")), 0);
-  expectOutcome(backend_.setEventProp("notes", Value("a\rb")), 0);
-  expectOutcome(backend_.setEventProp("URL", Value("https://example.org")), 0);
-  EXPECT_EQ(event->start, start);
-  EXPECT_EQ(event->end, start);
-  EXPECT_EQ(event->place, "Room 7");
-  EXPECT_EQ(event->name, "Talk");
-  EXPECT_EQ(event->remarks, "a\rb");
-  EXPECT_EQ(event->link, "https://example.org");
-  for (const char* keyword : {"location", "title", "notes", "url"})
+  EXPECT_TRUE(event->start == start && event->end == start);
+  const std::pair<const char*, OptionalText*> texts[] = {{"location", &event->place},
+                                                         {"Title", &event->name},
+                                                         {"notes", &event->remarks},
+                                                         {"URL", &event->link}};
+  for (const auto& [keyword, text] : texts) {
+    expectOutcome(backend_.setEventProp(keyword, Value("a\rb")), 0);
+    EXPECT_EQ(*text, "a\rb") << keyword;
     expectOutcome(backend_.setEventProp(keyword, Value()), 0);
-  EXPECT_EQ(event->place, std::nullopt);
-  EXPECT_EQ(event->name, std::nullopt);
-  EXPECT_EQ(event->remarks, std::nullopt);
-  EXPECT_EQ(event->link, std::nullopt);
+    EXPECT_EQ(*text, std::nullopt) << keyword;
+  }
 }
 
 TEST_F(Setting, OnlyTrueIsTrue) {
@@ -142,14 +124,6 @@ TEST_F(Setting, PrioritiesByWord) {
   EXPECT_EQ(backend_.setReminderProp("priority", Value("urgent")), 0);
   EXPECT_EQ(takeError(), 9005);
   EXPECT_EQ(reminder->rank, 9);
-}
-
-TEST_F(Setting, PropertiesOfACalendar) {
-  openCalendar();
-  expectOutcome(backend_.setCalendarProp("Title", Value("Job")), 0);
-  EXPECT_EQ(work_->name, "Job");
-  expectOutcome(backend_.setCalendarProp("notes", Value("ignored")), 0);
-  expectOutcome(backend_.setCalendarProp("type", Value("Local")), 9005);
 }
 
 TEST_F(Setting, ColorsInThreeNumbers) {
