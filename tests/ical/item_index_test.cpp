@@ -270,6 +270,12 @@ TEST(IndexingTasks, ReadsDueDateAndCompletion) {
        "RECURRENCE-ID:20240116\nDUE:20240117--DUE:20240115\nRRULE:FREQ=DAILY", "open due 20240115T000000"},
   };
   for (const auto& [why, lines, expected] : cases) EXPECT_EQ(shownIndex("VTODO", lines), expected) << why;
+
+  std::string why;
+  EXPECT_TRUE(indexed("VTODO", "RECURRENCE-ID:20240116--RRULE:FREQ=DAILY", why));
+  EXPECT_THAT(why, testing::StartsWith("RECURRENCE-ID: a repeating to-do is shown as a whole"));
+  EXPECT_TRUE(indexed("VTODO", "RECURRENCE-ID:20240116", why));
+  EXPECT_EQ(why, "");
 }
 
 }  // namespace

@@ -116,15 +116,19 @@ TEST_F(Import, TakesTheNewerOfTwoWithOneUid) {
 }
 
 TEST_F(Import, SkipsWhatCannotBeReadAndTakesTheRest) {
-  const ImportReport report = import(calendarText(event("bad", "DTSTART:yesterday") + event("good") +
-                                                  event("rule", "DTSTART:20240501", {"RRULE:FREQ=NEVER"})));
-  EXPECT_EQ(report.events, 2u);
+  const ImportReport report =
+      import(calendarText(event("bad", "DTSTART:yesterday") + event("good") +
+                          event("rule", "DTSTART:20240501", {"RRULE:FREQ=NEVER"}) +
+                          event("all", "DTSTART:20240502", {"RECURRENCE-ID;RANGE=thisandfuture:20240502"})));
+  EXPECT_EQ(report.events, 3u);
   EXPECT_EQ(report.unreadableFiles, 0u);
-  ASSERT_EQ(report.skipped.size(), 2u);
+  ASSERT_EQ(report.skipped.size(), 3u);
   EXPECT_EQ(report.skipped[0].line, 5u);
   EXPECT_EQ(report.skipped[0].reason, "DTSTART is no date");
   EXPECT_EQ(report.skipped[1].line, 13u);
   EXPECT_THAT(report.skipped[1].reason, HasSubstr("RRULE"));
+  EXPECT_EQ(report.skipped[2].reason,
+            "RECURRENCE-ID: what is to change the following occurrences too changes this one alone");
   EXPECT_FALSE(item("bad"));
 }
 

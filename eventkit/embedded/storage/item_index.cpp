@@ -84,6 +84,12 @@ bool isCancelled(const Component& component) { return hasStatus(component, "CANC
 
 bool isOverride(const Component& component) { return component.find("RECURRENCE-ID") != nullptr; }
 
+bool meansFollowingOnes(const Component& component) {
+  const Line* line = component.find("RECURRENCE-ID");
+  const auto range = line ? line->rawParameter("RANGE") : std::nullopt;
+  return range && ical::equalNames(*range, "THISANDFUTURE");
+}
+
 // A date-time in UTC that means a local day, which Exchange and others write for all-day events: local
 // midnight, or the last second before one. The zone is unknown, but no midnight is far from UTC's.
 WallTime dayMeantBy(WallTime utcWall) {
@@ -175,6 +181,8 @@ class SeriesReader {
   // `original`: its RECURRENCE-ID, or what stands for it.
   void readOverride(const Component& component, const ZonedTime& original) {
     const WallTime place = inSeries(original);
+    if (meansFollowingOnes(component) && why_.empty())
+      why_ = "RECURRENCE-ID: what is to change the following occurrences too changes this one alone";
     if (isCancelled(component)) {
       series_.excludedDates.push_back(place);
       return;
@@ -372,6 +380,8 @@ std::optional<ItemIndex> indexItem(const std::vector<ical::Component>& component
                                : master ? indexWithMaster(*master, overrides, zones, why)
                                         : indexOverridesAlone(overrides, zones, why);
   if (!entry) return std::nullopt;
+  if (isTask && master && !overrides.empty())
+    why = "RECURRENCE-ID: a repeating to-do is shown as a whole, without what changes one occurrence";
   return ItemIndex{.kind = isTask ? EntityType::reminder : EntityType::event,
                    .uid = ical::decodeText(ical::trimmed(leading.value("UID").value_or(std::string_view()))),
                    .created = readStamp(leading, "CREATED", zoneFinder),

@@ -53,8 +53,9 @@ struct ItemIndex {
 // `components`: the VEVENTs or VTODOs of one UID, the master and its overrides in any order (overrides alone
 // are allowed: then each is an occurrence of its own, there is no rule, and the first one's RECURRENCE-ID
 // tells the zone of the series). Nothing, with the reason, when they cannot be placed in time at all (no
-// readable DTSTART in an event, say). A broken RRULE of an otherwise readable event makes it occur once; the
-// reason is given beside the index.
+// readable DTSTART in an event, say). A broken RRULE of an otherwise readable event makes it occur once, and
+// an override of RANGE=THISANDFUTURE is one of its own occurrence; overrides of a VTODO are left aside. The
+// reason is then given beside the index.
 std::optional<ItemIndex> indexItem(const std::vector<ical::Component>& components, const ZoneFinder& zones,
                                    std::string& why);
 
