@@ -434,6 +434,18 @@ TEST_F(Texts, ADetachedOccurrenceIsFoundByItsOwnIdentifier) {
   }
   EXPECT_EQ(store_->eventWithIdentifier(*event->eventIdentifier() + "/RID=736844401"), nullptr);
   EXPECT_EQ(store_->eventWithIdentifier("/RID=736844400"), nullptr);
+
+  // On 31 March 2024 clocks in Berlin go from 2:00 to 3:00.
+  imported(
+      "BEGIN:VEVENT\r\nUID:2\r\nDTSTART;TZID=Europe/"
+      "Berlin:20240330T023000\r\nRRULE:FREQ=DAILY;COUNT=3\r\nEND:VEVENT\r\n",
+      "2");
+  const auto skipped = eventAt(utc(2024, 3, 31, 1, 30));
+  ASSERT_TRUE(skipped);
+  skipped->setTitle("a");
+  save(skipped);
+  ASSERT_TRUE(store_->eventWithIdentifier(*skipped->eventIdentifier()));
+  EXPECT_EQ(store_->eventWithIdentifier(*skipped->eventIdentifier())->title(), "a");
 }
 
 TEST_F(Texts, OnlyWhatRepeatsHasToFitItsInterval) {

@@ -1,5 +1,7 @@
 #include "eventkit/embedded/store/event_lookup.h"
 
+#include <algorithm>
+
 #include "eventkit/embedded/store/single_events.h"
 
 namespace ek::embedded {
@@ -30,8 +32,12 @@ std::shared_ptr<EmbeddedEvent> EventLookup::detachedOccurrence(RowId item, Date 
   const recurrence::Series& series = *entry->series;
   const auto defaultZone = TimeZone::defaultZone();
   const TimeZone& zone = series.zone ? *series.zone : *defaultZone;
-  const auto placement = placementAt(*records_, item, zone.wallTimeOf(occurrenceDate));
-  return placement && placement->isDetached ? event(item, placement) : nullptr;
+  // By instant: a place in an hour that the zone skips is shown later than it is named.
+  const auto own = std::ranges::find_if(series.overrides, [&](const recurrence::Override& each) {
+    return zone.instantOf(each.recurrenceId) == occurrenceDate;
+  });
+  return own == series.overrides.end() ? nullptr
+                                       : event(item, placementAt(*records_, item, own->recurrenceId));
 }
 
 std::shared_ptr<EmbeddedEvent> EventLookup::withIdentifier(const std::string& identifier) {
