@@ -329,6 +329,40 @@ TEST_F(Texts, ASplitSeriesLeavesOutWhatItsExclusionRulesDid) {
               AllOf(HasSubstr("EXRULE:FREQ=WEEKLY;BYDAY=SA\r\n"), Not(HasSubstr("EXDATE"))));
 }
 
+TEST_F(Texts, AMoveGoesToTheTimeThatWasAskedFor) {
+  // On 31 March 2024 clocks in Berlin go from 2:00 to 3:00.
+  imported(
+      "BEGIN:VEVENT\r\nUID:1\r\nDTSTART;TZID=Europe/Berlin:20240330T023000\r\nDURATION:PT1H\r\n"
+      "RRULE:FREQ=DAILY;COUNT=3\r\nEND:VEVENT\r\n",
+      "1");
+  const auto skipped = eventAt(utc(2024, 3, 31, 1, 30));
+  ASSERT_TRUE(skipped);
+  skipped->setEndDate(utc(2024, 3, 31, 3));
+  save(skipped, Span::futureEvents);
+  EXPECT_EQ(skipped->startDate(), utc(2024, 3, 31, 1, 30));
+  ASSERT_TRUE(eventAt(utc(2024, 4, 1, 0, 30)));
+  EXPECT_EQ(eventAt(utc(2024, 4, 1, 0, 30))->endDate(), utc(2024, 4, 1, 2));
+  skipped->setStartDate(utc(2024, 3, 31, 4));
+  skipped->setEndDate(utc(2024, 3, 31, 5));
+  save(skipped, Span::futureEvents);
+  EXPECT_EQ(skipped->startDate(), utc(2024, 3, 31, 4));
+  EXPECT_TRUE(eventAt(utc(2024, 4, 1, 4)));
+
+  const auto mine = newEvent("a", utc(2024, 5, 1, 9));
+  save(mine);
+  const auto other = elsewhere();
+  const auto theirs = other->eventWithIdentifier(*mine->eventIdentifier());
+  std::optional<ek::Error> error;
+  theirs->setStartDate(utc(2024, 5, 1, 14));
+  theirs->setEndDate(utc(2024, 5, 1, 15));
+  ASSERT_TRUE(other->saveEvent(theirs, Span::thisEvent, error));
+  mine->setStartDate(utc(2024, 5, 1, 10));
+  mine->setEndDate(utc(2024, 5, 1, 11));
+  save(mine);
+  EXPECT_EQ(mine->startDate(), utc(2024, 5, 1, 10)) << "who saves last decides";
+  EXPECT_EQ(mine->endDate(), utc(2024, 5, 1, 11));
+}
+
 TEST_F(Texts, AnExtraDateKeepsItsOwnLength) {
   imported(
       "BEGIN:VEVENT\r\nUID:1\r\nDTSTART:20240506T090000Z\r\nDURATION:PT1H\r\nSUMMARY:a\r\n"

@@ -152,10 +152,14 @@ std::optional<WallTime> EventWriter::editWhole(const EmbeddedEvent& event, Resou
 seconds EventWriter::moveWhole(const EmbeddedEvent& event, Resource& resource, RowId calendar) {
   const TimeForm form = formFor(event, resource.form(), calendar);
   const WallTime oldStart = resource.start();
-  const WallTime wasAt = event.isNew() ? oldStart : form.wallOf(event.placement().start);
-  const WallTime oldPlace = event.placement().recurrenceId.value_or(oldStart);
+  const auto& place = event.placement().recurrenceId;
+  const WallTime oldPlace = place.value_or(oldStart);
   const bool isSameKind = !event.isAllDayChanged();
-  const seconds shift = form.wallOf(*event.startDate()) - (isSameKind ? wasAt : oldPlace);
+  // In an hour that its zone skips, what was not moved is shown later than its place says.
+  const bool isAtPlace = !place || !isSameKind || form.instantOf(oldPlace) == event.placement().start;
+  const WallTime wasAt = isAtPlace ? oldPlace : form.wallOf(event.placement().start);
+  const bool isMoved = !isSameKind || event.isStartChanged();
+  const seconds shift = isMoved ? form.wallOf(*event.startDate()) - wasAt : seconds(0);
 
   WallTime newStart = oldStart + shift;
   if (event.isAllDay()) newStart = floor<days>(newStart);

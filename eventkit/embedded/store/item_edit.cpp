@@ -151,7 +151,10 @@ void writeTimes(ical::Component& component, const ZoneFinder& zones, const TimeF
     component.set(ical::Line::make(kOutlookAllDay, isDay ? "TRUE" : "FALSE"));
     startLine = component.find("DTSTART");
   }
-  if (!oldStart || oldStart->wall != startWall || !isAlike(formOf(*startLine, zones), form))
+  // A start in an hour that the zone skips keeps its name, though the clock shows a later one.
+  const bool isSameStart =
+      oldStart && (oldStart->wall == startWall || form.instantOf(oldStart->wall) == start);
+  if (!isSameStart || !isAlike(formOf(*startLine, zones), form))
     setValue(component, form.line("DTSTART", startWall));
 
   const WallTime endWall = isDay ? WallTime(floor<days>(form.wallOf(end)) + days(1)) : form.wallOf(end);
