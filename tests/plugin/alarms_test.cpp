@@ -15,20 +15,6 @@ class Alarms : public BackendTest {
   const Date date_ = utc(2024, 5, 1, 9);
 };
 
-TEST_F(Alarms, AreAddedByDateOrByOffset) {
-  const auto event = openEvent();
-  expectOutcome(backend_.addAlarm("EVENT", {}, "Display", {}, -900, {}), 0);
-  EXPECT_EQ(lastOf(*event)->offset, -900);
-  expectOutcome(backend_.addAlarm("event", date_, "display", {}, -900, {}), 0);
-  EXPECT_EQ(lastOf(*event)->date, date_);
-  EXPECT_EQ(lastOf(*event)->offset, 0);
-  const auto reminder = openReminder();
-  expectOutcome(backend_.addAlarm("task", {}, "display", {}, 60, {}), 0);
-  expectOutcome(backend_.addAlarm("reminder", date_, "display", {}, 0, {}), 0);
-  EXPECT_EQ(reminder->alarmList.size(), 2U);
-  EXPECT_EQ(event->alarmList.size(), 2U);
-}
-
 TEST_F(Alarms, DoWhatTheActionSays) {
   const auto event = openEvent();
   expectOutcome(add("Email", "ann@example.org"), 0);

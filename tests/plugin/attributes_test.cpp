@@ -118,7 +118,7 @@ TEST_F(Attributes, OfAnAttendee) {
   EXPECT_EQ(takeError(), 0);
   EXPECT_EQ(attendee("role"), "(none)");
   EXPECT_EQ(takeError(), 9063);
-  backend_.getEventParticipantAttribute("address", 1);
+  backend_.getEventParticipantAttribute("nothing", 1);
   EXPECT_EQ(takeError(), 9063);
   backend_.releaseItems();
   backend_.getEventParticipantAttribute("role", 1);

@@ -99,32 +99,5 @@ TEST_F(Properties, DatesLongAgo) {
   EXPECT_EQ(get("event", "startdate"), kUntouched);
 }
 
-TEST_F(Properties, SettingDates) {
-  const auto event = openEvent();
-  const auto set = [&](const char* type, const char* property, const fmhost::Value& value) {
-    return call("SetProperty", {text(type), text(property), value});
-  };
-  zone_.set("Africa/Lagos");
-  EXPECT_EQ(set("event", "StartDate", timestamp("5/1/2024 9:00:00 AM")), kSuccess);
-  EXPECT_EQ(event->start, utc(2024, 5, 1, 8));
-  EXPECT_EQ(set("event", "enddate", text("5/1/2024 10:00:00")), kSuccess);
-  EXPECT_EQ(event->end, utc(2024, 5, 1, 9));
-  for (const char* property :
-       {"absolutetrigger", "enddate", "StartDate", "occurrence", "completeddate", "duedate"}) {
-    SCOPED_TRACE(property);
-    expectFailure(set("event", property, text("")), 9005);
-    expectFailure(set("meeting", property, text("soon")), 9005);
-  }
-  EXPECT_EQ(event->end, utc(2024, 5, 1, 9));
-  expectFailure(set("event", "occurrence", timestamp("5/1/2024 9:00:00 AM")), 9006);
-  expectFailure(set("event", "modifieddate", text("")), 9006);
-  EXPECT_EQ(set("recurrencerule", "interval", text("2")), kSuccess);
-  expectFailure(set("recurrencerule", "enddate", text("")), 9005);
-  openReminder();
-  EXPECT_EQ(set("task", "duedate", timestamp("5/1/2024 9:00:00 AM")), kSuccess);
-  EXPECT_EQ(get("task", "duedate"), dateAnswer("5/1/2024"));
-  EXPECT_EQ(reminder("duedate"), "2024-05-01 09:00:00 +0100");
-}
-
 }  // namespace
 }  // namespace zuno::test
