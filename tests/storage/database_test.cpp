@@ -3,16 +3,19 @@
 #include <SQLiteCpp/Database.h>
 #include <chrono>
 #include <fstream>
+#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <sqlite3.h>
+#include <string_view>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 
 #include "eventkit/embedded/storage/calendar_table.h"
+#include "eventkit/embedded/storage/migrations.h"
 #include "tests/storage/process.h"
 #include "tests/storage/temporary_folder.h"
 
@@ -85,6 +88,29 @@ TEST_F(StoreFile, IsCreatedForItsOwnerAloneWithOneCalendarAndOneList) {
     EXPECT_TRUE(calendar.allowsModification);
     EXPECT_EQ(calendar.identifier.size(), 36u);
   }
+}
+
+TEST_F(StoreFile, IsNotOfAnotherProgramWhileOneOfOursCreatesIt) {
+  path_ = folder_.file("calendars.sqlite");
+  SQLite::Database early(path_, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+  int statements = 0;
+  std::function<void()> beforeTheSecond = [&] {
+    if (++statements == 2) create();
+  };
+  const auto atStart = [](unsigned, void* action, void*, void* sql) {
+    const bool isInner = std::string_view(static_cast<const char*>(sql)).starts_with("--");
+    if (!isInner) (*static_cast<std::function<void()>*>(action))();
+    return 0;
+  };
+  sqlite3_trace_v2(early.getHandle(), SQLITE_TRACE_STMT, atStart, &beforeTheSecond);
+  const FileMarks before = readMarks(early);
+  EXPECT_TRUE(before.isEmpty);
+  EXPECT_EQ(before.applicationId, 0);
+  EXPECT_EQ(before.version, 0);
+  const FileMarks after = readMarks(early);
+  EXPECT_FALSE(after.isEmpty);
+  EXPECT_EQ(after.applicationId, kApplicationId);
+  EXPECT_EQ(after.version, schemaVersion());
 }
 
 TEST_F(StoreFile, AnEmptyFileIsANewStore) {

@@ -15,10 +15,6 @@ namespace {
 // The script at index n leads from version n to version n + 1.
 constexpr std::array kMigrations = {static_cast<const char*>(kSchema)};
 
-std::int64_t pragma(SQLite::Database& database, const char* sql) {
-  return database.execAndGet(sql).getInt64();
-}
-
 void addDefaultCalendar(SQLite::Database& database, EntityType kind, const char* title) {
   SQLite::Statement insert(
       database,
@@ -45,10 +41,15 @@ void addFirstContents(SQLite::Database& database) {
 
 }  // namespace
 
+// In one statement, so that all is of one moment: another process may be creating the store.
 FileMarks readMarks(SQLite::Database& database) {
-  return {.applicationId = pragma(database, "PRAGMA application_id"),
-          .version = pragma(database, "PRAGMA user_version"),
-          .isEmpty = pragma(database, "SELECT count(*) FROM sqlite_master") == 0};
+  SQLite::Statement select(database,
+                           "SELECT (SELECT application_id FROM pragma_application_id),"
+                           " (SELECT user_version FROM pragma_user_version), count(*) FROM sqlite_schema");
+  select.executeStep();
+  return {.applicationId = select.getColumn(0).getInt64(),
+          .version = select.getColumn(1).getInt64(),
+          .isEmpty = select.getColumn(2).getInt64() == 0};
 }
 
 std::int64_t schemaVersion() { return static_cast<std::int64_t>(kMigrations.size()); }
