@@ -40,14 +40,7 @@ errcode FM_ExprEnv_RegisterExternalFunction(const fmx::QuadChar& plugin, short i
                                             fmx::uint32 flags, fmx::ExtPluginType function,
                                             _fmxcpt& failure) noexcept {
   return record(plugin,
-                {.operation = "function",
-                 .id = id,
-                 .name = shown(name),
-                 .prototype = shown(prototype),
-                 .minArgs = minArgs,
-                 .maxArgs = maxArgs,
-                 .flags = flags,
-                 .function = function},
+                {"function", id, shown(name), shown(prototype), "", "", minArgs, maxArgs, flags, function},
                 failure);
 }
 
@@ -56,15 +49,8 @@ errcode FM_ExprEnv_RegisterExternalFunctionEx(const fmx::QuadChar& plugin, short
                                               short minArgs, short maxArgs, fmx::uint32 flags,
                                               fmx::ExtPluginType function, _fmxcpt& failure) noexcept {
   return record(plugin,
-                {.operation = "function ex",
-                 .id = id,
-                 .name = shown(name),
-                 .prototype = shown(prototype),
-                 .description = shown(description),
-                 .minArgs = minArgs,
-                 .maxArgs = maxArgs,
-                 .flags = flags,
-                 .function = function},
+                {"function ex", id, shown(name), shown(prototype), shown(description), "", minArgs, maxArgs,
+                 flags, function},
                 failure);
 }
 
@@ -72,13 +58,7 @@ errcode FM_ExprEnv_RegisterScriptStep(const fmx::QuadChar& plugin, short id, con
                                       const fmx::Text& definition, const fmx::Text& description,
                                       fmx::uint32 flags, fmx::ExtPluginType function, _fmxcpt& failure) {
   return record(plugin,
-                {.operation = "step",
-                 .id = id,
-                 .name = shown(name),
-                 .description = shown(description),
-                 .definition = shown(definition),
-                 .flags = flags,
-                 .function = function},
+                {"step", id, shown(name), "", shown(description), shown(definition), 0, 0, flags, function},
                 failure);
 }
 
