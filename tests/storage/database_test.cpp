@@ -146,12 +146,6 @@ TEST_F(StoreFile, WhatIsNoStoreIsRefusedAndLeftAsItWas) {
   EXPECT_THAT(why_, testing::HasSubstr("Not a directory"));
 }
 
-TEST_F(StoreFile, OfANewerVersionIsRefusedAndLeftAsItWas) {
-  create();
-  exec("PRAGMA user_version = 99");
-  expectRefusedUntouched("newer version");
-}
-
 TEST_F(StoreFile, OfANewerVersionThatOnlyTheLogTellsIsRefusedAndLeftAsItWas) {
   create();
   zuno_test::Process newer({ZUNO_RUN_SQL, path_, "PRAGMA user_version = 99", "hold"});
