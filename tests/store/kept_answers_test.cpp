@@ -3,6 +3,7 @@
 #include <tuple>
 
 #include "eventkit/embedded/storage/calendar_table.h"
+#include "eventkit/embedded/store/calendar_directory.h"
 #include "foundation/time_zone.h"
 #include "tests/store/store_fixture.h"
 
@@ -244,6 +245,20 @@ TEST_F(KeptAnswers, RemindersAreKeptUpToDateAsWell) {
   EXPECT_THAT(found(), ElementsAre("old"));
   ASSERT_TRUE(other->removeReminder(other->calendarItemWithIdentifier("2"), error));
   EXPECT_THAT(found(), IsEmpty());
+}
+
+TEST_F(KeptAnswers, ACalendarsRowOutlivesAChangeByOthersWhileItsSourceIsLookedUp) {
+  const auto database = ek::embedded::Database::shared(path());
+  ek::embedded::CalendarDirectory directory(*database);
+  const ek::embedded::CalendarRow& row = directory.all().front();
+  const auto others = elsewhere();
+  const auto added = others->newCalendar(ek::EntityType::event);
+  added->setSource(others->defaultCalendarForNewEvents()->source());
+  std::optional<ek::Error> error;
+  ASSERT_TRUE(others->saveCalendar(added, error));
+  EXPECT_EQ(directory.sourceOf(row)->title, "Local");
+  EXPECT_EQ(row.title, "Calendar");
+  EXPECT_EQ(directory.all().size(), 3U);
 }
 
 }  // namespace

@@ -45,9 +45,8 @@ const CalendarRow* CalendarDirectory::defaultFor(EntityType kind) {
   return first([kind](const CalendarRow& row) { return row.kind == kind && row.isDefault; });
 }
 
-std::optional<Source> CalendarDirectory::source(RowId id) {
-  bringUpToDate();
-  const auto source = sources_.find(id);
+std::optional<Source> CalendarDirectory::sourceOf(const CalendarRow& row) const {
+  const auto source = sources_.find(row.source);
   return source == sources_.end() ? std::nullopt : std::optional(source->second);
 }
 

@@ -23,7 +23,8 @@ class CalendarDirectory {
   const CalendarRow* findByIdentifier(std::string_view identifier);
   const CalendarRow* defaultFor(EntityType kind);
 
-  std::optional<Source> source(RowId id);
+  // Of one of the rows that were answered last, which stay valid: they were read together.
+  std::optional<Source> sourceOf(const CalendarRow& row) const;
   // Nothing when no account has that identifier.
   std::optional<RowId> sourceRow(std::string_view identifier);
   // The user's own addresses in an account, as the store was told them.

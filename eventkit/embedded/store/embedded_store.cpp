@@ -24,7 +24,7 @@ EmbeddedStore::EmbeddedStore(std::string path)
 
 std::shared_ptr<EmbeddedCalendar> EmbeddedStore::calendar(const CalendarRow* row) {
   if (row == nullptr) return nullptr;
-  return std::make_shared<EmbeddedCalendar>(records_, *row, records_->calendars().source(row->source));
+  return std::make_shared<EmbeddedCalendar>(records_, *row, records_->calendars().sourceOf(*row));
 }
 
 Calendars EmbeddedStore::calendarsForEntityType(EntityType type) {

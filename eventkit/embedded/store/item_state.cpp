@@ -31,7 +31,7 @@ std::shared_ptr<EmbeddedCalendar> ItemState::owner() const {
   if (!calendar_ && document_ && records_->database() != nullptr) {
     CalendarDirectory& calendars = records_->calendars();
     if (const CalendarRow* row = calendars.find(document_->row().calendar))
-      calendar_ = std::make_shared<EmbeddedCalendar>(records_, *row, calendars.source(row->source));
+      calendar_ = std::make_shared<EmbeddedCalendar>(records_, *row, calendars.sourceOf(*row));
   }
   return calendar_;
 }
