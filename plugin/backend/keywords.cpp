@@ -12,9 +12,16 @@ constexpr KeywordSignature kTooLong = 0xFFFFFFFF;
 constexpr std::uint16_t kKelvinSign = 0x212A;  // the one letter outside ASCII whose lower case is inside
 constexpr char kForeign = '\x80';              // any other one: it is in no word
 
+constexpr auto kAsciiLowered = [] {
+  std::array<char, 0x80> letters{};
+  for (std::size_t c = 0; c < letters.size(); ++c)
+    letters[c] = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+  return letters;
+}();
+
 char letterOf(std::uint16_t unit) {
-  if (unit >= 'A' && unit <= 'Z') return static_cast<char>(unit - 'A' + 'a');
-  if (unit < 0x80) return static_cast<char>(unit);
+  if (unit < kAsciiLowered.size()) [[likely]]
+    return kAsciiLowered[unit];
   return unit == kKelvinSign ? 'k' : kForeign;
 }
 

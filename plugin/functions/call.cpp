@@ -4,13 +4,7 @@
 
 namespace zuno {
 
-void Call::begin() {
-  g_llasterror = 0;
-  if (g_sharedFunctions != nullptr) g_sharedFunctions->resetLastErrorString();
-}
-
-void Call::finish() {
-  if (!failed()) return;
+void Call::recordFailure() {
   if (error) error->setError(static_cast<std::int32_t>(g_llasterror), 0, std::nullopt);
   assignErrorMarker(result_);
 }

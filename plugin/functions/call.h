@@ -25,7 +25,10 @@ class Call {
  public:
   Call(const fmx::DataVect& arguments, fmx::Data& result) : arguments_(arguments), result_(result) {}
   // Before anything is read.
-  static void begin();
+  static void begin() {
+    g_llasterror = 0;
+    if (g_sharedFunctions != nullptr) g_sharedFunctions->resetLastErrorString();
+  }
 
   std::optional<std::string> text(fmx::uint32 index) const { return arguments_.text(index); }
   Keyword keyword(fmx::uint32 index) const { return arguments_.keyword(index); }
@@ -59,9 +62,13 @@ class Call {
     if (!failed()) assignNumber(0, result_);
   }
   // Records the error that the call leaves and marks the result.
-  void finish();
+  void finish() {
+    if (failed()) recordFailure();
+  }
 
  private:
+  void recordFailure();
+
   Arguments arguments_;
   fmx::Data& result_;
 };

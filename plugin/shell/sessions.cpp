@@ -52,7 +52,6 @@ void forgetLongestIdle(Sessions& all) {
 }
 
 void makeCurrent(Sessions& all, std::uint64_t session) {
-  if (all.current == session) return;
   // The first session takes over what initialisation has left.
   if (all.current) {
     const auto known = all.places.extract(session);
@@ -82,14 +81,14 @@ SessionLock::~SessionLock() { sessions_.mutex.unlock(); }
 SessionScope::SessionScope(std::uint64_t session) {
   Sessions& all = lock_.sessions();
   if (all.running > 0) interrupted_ = all.current;
-  makeCurrent(all, session);
+  if (all.current != session) makeCurrent(all, session);
   ++all.running;
 }
 
 SessionScope::~SessionScope() {
   Sessions& all = lock_.sessions();
   --all.running;
-  if (interrupted_) makeCurrent(all, *interrupted_);
+  if (interrupted_ && all.current != interrupted_) makeCurrent(all, *interrupted_);
 }
 
 }  // namespace zuno
