@@ -50,8 +50,9 @@ class Call {
   fmx::DataUniquePtr result_;
 };
 
-// Loads the plug-in into this process, once, on this store, with two functions of our own beside its:
-// "Untouched" leaves everything as it is, "Zero" answers the number 0 and does nothing else.
+// Loads the plug-in into this process, once, on this store, with functions of our own beside its:
+// "Untouched" leaves everything as it is, "Zero" answers the number 0 and does nothing else. "HostText" and
+// "HostTimestamp" make the host's calls, and nothing else, that reading a property of that type needs.
 void loadPlugin(const std::string& store);
 // By its name; throws for one that is not registered.
 Function function(std::string_view name);

@@ -29,9 +29,9 @@ class TimeZone {
     std::string abbreviation;
   };
 
-  // The process's zone. TZ is looked at on each call; the parsed zone is kept. Without a usable TZ:
-  // /etc/localtime, else UTC.
-  static std::shared_ptr<const TimeZone> defaultZone();
+  // The process's zone. TZ is looked at on each call; what a value of it means is found out once. Without a
+  // usable TZ: /etc/localtime, else UTC.
+  static const std::shared_ptr<const TimeZone>& defaultZone();
   // Null when the system has no zone of that name (names that would leave the zone folder included).
   static std::shared_ptr<const TimeZone> named(std::string_view name);
   // Null when the text is no POSIX TZ rule such as "CET-1CEST,M3.5.0,M10.5.0/3".

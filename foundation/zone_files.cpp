@@ -1,9 +1,11 @@
 // Where zones come from: the system's zone files, and what TZ asks for.
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <list>
 #include <mutex>
 #include <unordered_map>
 #include <utility>
@@ -134,21 +136,43 @@ class ZoneFiles {
 
 std::shared_ptr<const TimeZone> TimeZone::named(std::string_view name) { return ZoneFiles::named(name); }
 
-std::shared_ptr<const TimeZone> TimeZone::defaultZone() {
-  struct Kept {
-    std::mutex mutex;
-    std::optional<std::string> variable;
-    std::shared_ptr<const TimeZone> zone;
-  };
-  static Kept kept;
+namespace {
+
+// What a value of TZ means, found out once. There are few, and they stay: readers need no lock.
+struct ZoneOfVariable {
+  std::optional<std::string> variable;
+  std::shared_ptr<const TimeZone> zone;
+
+  bool isOf(const char* value) const {
+    return value == nullptr ? !variable : variable == std::string_view(value);
+  }
+};
+
+const ZoneOfVariable& zoneOfVariable(const char* value) {
+  static std::mutex& mutex = *new std::mutex;
+  static std::list<ZoneOfVariable>& known = *new std::list<ZoneOfVariable>;
+  const std::scoped_lock lock(mutex);
+  const auto place =
+      std::ranges::find_if(known, [&](const ZoneOfVariable& each) { return each.isOf(value); });
+  if (place != known.end()) return *place;
+  auto zone = value == nullptr ? nullptr : ZoneFiles::fromVariable(value);
+  if (!zone) zone = ZoneFiles::ofSystem();
+  known.push_back({.variable = value == nullptr ? std::nullopt : std::optional<std::string>(value),
+                   .zone = std::move(zone)});
+  return known.back();
+}
+
+}  // namespace
+
+const std::shared_ptr<const TimeZone>& TimeZone::defaultZone() {
+  static std::atomic<const ZoneOfVariable*> last = nullptr;
   const char* variable = std::getenv("TZ");
-  const std::scoped_lock lock(kept.mutex);
-  const bool isSame = variable == nullptr ? !kept.variable : kept.variable == std::string_view(variable);
-  if (kept.zone && isSame) return kept.zone;
-  kept.variable = variable == nullptr ? std::nullopt : std::optional<std::string>(variable);
-  kept.zone = kept.variable ? ZoneFiles::fromVariable(*kept.variable) : nullptr;
-  if (!kept.zone) kept.zone = ZoneFiles::ofSystem();
-  return kept.zone;
+  const ZoneOfVariable* current = last.load(std::memory_order_acquire);
+  if (current == nullptr || !current->isOf(variable)) {
+    current = &zoneOfVariable(variable);
+    last.store(current, std::memory_order_release);
+  }
+  return current->zone;
 }
 
 }  // namespace foundation
