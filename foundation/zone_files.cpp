@@ -155,11 +155,13 @@ const ZoneOfVariable& zoneOfVariable(const char* value) {
   const auto place =
       std::ranges::find_if(known, [&](const ZoneOfVariable& each) { return each.isOf(value); });
   if (place != known.end()) return *place;
-  auto zone = value == nullptr ? nullptr : ZoneFiles::fromVariable(value);
-  if (!zone) zone = ZoneFiles::ofSystem();
-  known.push_back({.variable = value == nullptr ? std::nullopt : std::optional<std::string>(value),
-                   .zone = std::move(zone)});
-  return known.back();
+  ZoneOfVariable found;
+  if (value != nullptr) {
+    found.variable = value;
+    found.zone = ZoneFiles::fromVariable(value);
+  }
+  if (!found.zone) found.zone = ZoneFiles::ofSystem();
+  return known.emplace_back(std::move(found));
 }
 
 }  // namespace
