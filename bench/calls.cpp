@@ -30,11 +30,6 @@ void registerCalls(const Dataset& dataset) {
        {std::pair("call_untouched/ours", "Untouched"), std::pair("call_empty/ours", "Zero")})
     benchmark::RegisterBenchmark(
         measure, [name = name](benchmark::State& state) { repeat(state, Call(function(name), {})); });
-  for (const auto& [measure, name] :
-       {std::pair("call_host_text/ours", "HostText"), std::pair("call_host_timestamp/ours", "HostTimestamp")})
-    benchmark::RegisterBenchmark(measure, [name = name](benchmark::State& state) {
-      repeat(state, Call(function(name), {"event", "location"}));
-    });
   benchmark::RegisterBenchmark("call_last_error/ours", [](benchmark::State& state) {
     repeat(state, Call(function("Zuno_GetLastError"), {"Number"}));
   });

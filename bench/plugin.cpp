@@ -1,7 +1,5 @@
 #include "bench/plugin.h"
 
-#include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <ctime>
 #include <memory>
@@ -19,37 +17,6 @@ fmx::errcode leaveUntouched(short, const fmx::ExprEnv&, const fmx::DataVect&, fm
 
 fmx::errcode answerZero(short, const fmx::ExprEnv&, const fmx::DataVect&, fmx::Data& result) {
   result.SetAsNumber(*fmx::FixPtUniquePtr(0));
-  return 0;
-}
-
-// The host's calls that reading a property cannot do without: who calls, what the two arguments say.
-void readTwoTexts(const fmx::ExprEnv& environment, const fmx::DataVect& arguments) {
-  std::array<fmx::uint16, 64> units;
-  static_cast<void>(environment.SessionID());
-  for (fmx::uint32 index = 0; index < std::min<fmx::uint32>(arguments.Size(), 2); ++index) {
-    const fmx::Text& text = arguments.AtAsText(index);
-    text.GetUnicode(units.data(), 0, std::min<fmx::uint32>(text.GetSize(), units.size()));
-  }
-}
-
-fmx::errcode hostsPartOfText(short, const fmx::ExprEnv& environment, const fmx::DataVect& arguments,
-                             fmx::Data& result) {
-  static constexpr std::array<fmx::uint16, 13> kTwelveLetters = {'c', 'o', 'n', 'f', 'e', 'r',
-                                                                 'e', 'n', 'c', 'e', ' ', '1'};
-  readTwoTexts(environment, arguments);
-  const fmx::TextUniquePtr text;
-  text->AssignUnicode(kTwelveLetters.data());
-  result.SetAsText(*text, result.GetLocale());
-  return 0;
-}
-
-fmx::errcode hostsPartOfTimestamp(short, const fmx::ExprEnv& environment, const fmx::DataVect& arguments,
-                                  fmx::Data& result) {
-  readTwoTexts(environment, arguments);
-  const fmx::DateTimeUniquePtr time;
-  time->SetNormalizedDate(3, 2, 2026);
-  time->SetNormalizedTime(9, 30, 0);
-  result.SetAsTimeStamp(*time);
   return 0;
 }
 
@@ -98,8 +65,6 @@ void loadPlugin(const std::string& store) {
   plugin = std::make_unique<fmhost::Plugin>(ZUNO_BENCH_PLUGIN);
   registerFunction(1, "Untouched", leaveUntouched);
   registerFunction(2, "Zero", answerZero);
-  registerFunction(3, "HostText", hostsPartOfText);
-  registerFunction(4, "HostTimestamp", hostsPartOfTimestamp);
 }
 
 Function function(std::string_view name) {

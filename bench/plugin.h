@@ -51,8 +51,7 @@ class Call {
 };
 
 // Loads the plug-in into this process, once, on this store, with functions of our own beside its:
-// "Untouched" leaves everything as it is, "Zero" answers the number 0 and does nothing else. "HostText" and
-// "HostTimestamp" make the host's calls, and nothing else, that reading a property of that type needs.
+// "Untouched" leaves everything as it is, "Zero" answers the number 0 and does nothing else.
 void loadPlugin(const std::string& store);
 // By its name; throws for one that is not registered.
 Function function(std::string_view name);

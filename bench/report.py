@@ -132,8 +132,6 @@ def aimed(results):
 CALLS = [
     ("call_last_error", "the cheapest function: Zuno_GetLastError (number)", 2),
     ("call_version", "Zuno_Version (short)", None),
-    ("call_host_text", "the host's calls alone that reading a text takes", None),
-    ("call_host_timestamp", "the same for a timestamp", None),
     ("call_property_title", "property of the open event: title", 3),
     ("call_property_location", "the same: location", 3),
     ("call_property_notes", "the same: notes", 3),

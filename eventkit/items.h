@@ -1,7 +1,8 @@
 // Calendars and what they hold, as EventKit shows them. Each object is a thing with identity that is changed
 // in place, a snapshot of the store's at the time it was opened; changes reach the store when it is saved.
-// Texts are UTF-8; "no value" is an empty optional. Used from one thread. Getters do not fail, but throw
-// ek::Exception where a store that opened can no longer be read.
+// Texts are UTF-8; "no value" is an empty optional. One that is returned by reference stays good until its
+// object is changed or asked for it again. Used from one thread. Getters do not fail, but throw ek::Exception
+// where a store that opened can no longer be read.
 #pragma once
 
 #include <memory>
@@ -58,13 +59,13 @@ class CalendarItem {
   virtual void setCalendar(std::shared_ptr<Calendar> calendar) = 0;
   virtual std::string calendarItemIdentifier() const = 0;  // exists from creation
   virtual std::optional<std::string> calendarItemExternalIdentifier() const = 0;
-  virtual std::optional<std::string> title() const = 0;
+  virtual const std::optional<std::string>& title() const = 0;
   virtual void setTitle(std::optional<std::string> title) = 0;
-  virtual std::optional<std::string> location() const = 0;
+  virtual const std::optional<std::string>& location() const = 0;
   virtual void setLocation(std::optional<std::string> location) = 0;
-  virtual std::optional<std::string> notes() const = 0;
+  virtual const std::optional<std::string>& notes() const = 0;
   virtual void setNotes(std::optional<std::string> notes) = 0;
-  virtual std::optional<std::string> url() const = 0;  // as absolute text
+  virtual const std::optional<std::string>& url() const = 0;  // as absolute text
   // A text that is no valid URL clears it.
   virtual void setUrl(std::optional<std::string> url) = 0;
   virtual std::optional<Date> lastModifiedDate() const = 0;

@@ -73,13 +73,13 @@ Date now() { return floor<seconds>(std::chrono::system_clock::now()); }
 WallFields fieldsOf(WallTime wall) {
   const auto day = floor<days>(wall);
   const std::chrono::year_month_day date(day);
-  const std::chrono::hh_mm_ss time(wall - day);
+  const auto second = static_cast<unsigned>((wall - day).count());
   return {static_cast<int>(date.year()),
           static_cast<unsigned>(date.month()),
           static_cast<unsigned>(date.day()),
-          static_cast<unsigned>(time.hours().count()),
-          static_cast<unsigned>(time.minutes().count()),
-          static_cast<unsigned>(time.seconds().count())};
+          second / 3600,
+          second / 60 % 60,
+          second % 60};
 }
 
 WallTime wallTimeFrom(const WallFields& fields) {

@@ -1,6 +1,8 @@
 #include "foundation/text.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 #include <limits>
 
 namespace foundation {
@@ -101,11 +103,31 @@ std::string utf8From(std::span<const Unit> text) {
   return out;
 }
 
+// Spreads so many bytes over as many units; false, and nothing done, when not all of them are ASCII.
+constexpr std::size_t kAsciiAtOnce = sizeof(std::uint32_t);
+
+template <typename Unit>
+bool putAscii(const char* from, Unit* to) {
+  static_assert(std::endian::native == std::endian::little);
+  std::uint32_t bytes = 0;
+  std::memcpy(&bytes, from, sizeof bytes);
+  if ((bytes & 0x8080'8080) != 0) return false;
+  const std::uint64_t pairs = (bytes | std::uint64_t{bytes} << 16) & 0x0000'FFFF'0000'FFFF;
+  const std::uint64_t units = (pairs | pairs << 8) & 0x00FF'00FF'00FF'00FF;
+  std::memcpy(to, &units, sizeof units);
+  return true;
+}
+
 // No character has more units than bytes.
 template <typename Unit>
 std::size_t putUtf16(std::string_view text, Unit* units) {
   Unit* end = units;
   for (std::size_t i = 0; i < text.size();) {
+    if (i + kAsciiAtOnce <= text.size() && putAscii(text.data() + i, end)) {
+      i += kAsciiAtOnce;
+      end += kAsciiAtOnce;
+      continue;
+    }
     if (const auto byte = static_cast<unsigned char>(text[i]); byte < 0x80) {
       *end++ = byte;
       ++i;

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <list>
@@ -144,7 +145,7 @@ struct ZoneOfVariable {
   std::shared_ptr<const TimeZone> zone;
 
   bool isOf(const char* value) const {
-    return value == nullptr ? !variable : variable == std::string_view(value);
+    return value == nullptr ? !variable : variable && std::strcmp(variable->c_str(), value) == 0;
   }
 };
 

@@ -16,13 +16,13 @@ class EventKitItem : public Interface, public Native<EKCalendarItem> {
   void setCalendar(std::shared_ptr<Calendar> calendar) override;
   std::string calendarItemIdentifier() const override;
   std::optional<std::string> calendarItemExternalIdentifier() const override;
-  std::optional<std::string> title() const override;
+  const std::optional<std::string>& title() const override;
   void setTitle(std::optional<std::string> title) override;
-  std::optional<std::string> location() const override;
+  const std::optional<std::string>& location() const override;
   void setLocation(std::optional<std::string> location) override;
-  std::optional<std::string> notes() const override;
+  const std::optional<std::string>& notes() const override;
   void setNotes(std::optional<std::string> notes) override;
-  std::optional<std::string> url() const override;
+  const std::optional<std::string>& url() const override;
   void setUrl(std::optional<std::string> url) override;
   std::optional<Date> lastModifiedDate() const override;
   std::optional<Date> creationDate() const override;
@@ -35,6 +35,10 @@ class EventKitItem : public Interface, public Native<EKCalendarItem> {
   void addRecurrenceRule(const RecurrenceRule& rule) override;
   void removeRecurrenceRule(const RecurrenceRule& rule) override;
   void setRecurrenceRules(std::vector<RecurrenceRule> rules) override;
+
+ private:
+  // As they were last asked for.
+  mutable std::optional<std::string> title_, location_, notes_, url_;
 };
 
 extern template class EventKitItem<Event>;

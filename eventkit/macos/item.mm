@@ -64,8 +64,9 @@ std::optional<std::string> EventKitItem<Interface>::calendarItemExternalIdentifi
 }
 
 template <class Interface>
-std::optional<std::string> EventKitItem<Interface>::title() const {
-  return guarded([&] { return linesFromStore([object() title]); });
+const std::optional<std::string>& EventKitItem<Interface>::title() const {
+  title_ = guarded([&] { return linesFromStore([object() title]); });
+  return title_;
 }
 
 template <class Interface>
@@ -74,8 +75,9 @@ void EventKitItem<Interface>::setTitle(std::optional<std::string> title) {
 }
 
 template <class Interface>
-std::optional<std::string> EventKitItem<Interface>::location() const {
-  return guarded([&] { return linesFromStore([object() location]); });
+const std::optional<std::string>& EventKitItem<Interface>::location() const {
+  location_ = guarded([&] { return linesFromStore([object() location]); });
+  return location_;
 }
 
 template <class Interface>
@@ -84,8 +86,9 @@ void EventKitItem<Interface>::setLocation(std::optional<std::string> location) {
 }
 
 template <class Interface>
-std::optional<std::string> EventKitItem<Interface>::notes() const {
-  return guarded([&] { return linesFromStore([object() notes]); });
+const std::optional<std::string>& EventKitItem<Interface>::notes() const {
+  notes_ = guarded([&] { return linesFromStore([object() notes]); });
+  return notes_;
 }
 
 template <class Interface>
@@ -94,8 +97,9 @@ void EventKitItem<Interface>::setNotes(std::optional<std::string> notes) {
 }
 
 template <class Interface>
-std::optional<std::string> EventKitItem<Interface>::url() const {
-  return guarded([&] { return textFrom([object() URL]); });
+const std::optional<std::string>& EventKitItem<Interface>::url() const {
+  url_ = guarded([&] { return textFrom([object() URL]); });
+  return url_;
 }
 
 template <class Interface>

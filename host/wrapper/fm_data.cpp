@@ -40,9 +40,10 @@ auto readAt(const void* self, uint32 position, Failure& failure, Reading reading
 void assignDateTime(void* self, ValueType type, const DateTime& moment, int32 nativeType,
                     Failure& failure) noexcept {
   hostCall(failure, [&] {
-    Value value = Value::ofDateTime(type, moment);
-    value.setLocale(as<Value>(self).locale());
-    assign(self, std::move(value), nativeType);
+    auto& value = as<Value>(self);
+    const ValueType kept = typeFrom(nativeType);
+    value.become(type, moment);
+    if (kept != type) value = value.converted(kept);
   });
 }
 

@@ -24,9 +24,7 @@ Value Value::ofNumber(const Number& number) {
 
 Value Value::ofDateTime(ValueType type, const DateTime& moment) {
   Value value;
-  value.type_ = type;
-  value.moments_[slot(type)] = moment;
-  value.read_ = bit(type);
+  value.become(type, moment);
   return value;
 }
 
@@ -41,6 +39,12 @@ void Value::become(const Text& text, const Locale& locale) {
   locale_ = locale;
   type_ = ValueType::text;
   read_ = bit(ValueType::text);
+}
+
+void Value::become(ValueType type, const DateTime& moment) {
+  moments_[slot(type)] = moment;
+  type_ = type;
+  read_ = bit(type);
 }
 
 bool Value::needsReading(ValueType type) const {

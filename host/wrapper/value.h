@@ -62,6 +62,8 @@ class Value {
 
   // A text, in the memory that the value has. It may be the value's own reading.
   void become(const Text& text, const Locale& locale);
+  // A value of one of the three types, with the locale that it has. The moment may be its own reading.
+  void become(ValueType type, const DateTime& moment);
 
   ValueType type() const { return type_; }
   bool isEmpty() const { return asText().empty(); }

@@ -6,7 +6,7 @@ namespace zuno {
 namespace {
 
 constexpr ReaderRow<ek::Event> kReaders[] = {
-    {"title", [](const ek::Event& event) { return valueOf(event.title()); }},
+    {"title", [](const ek::Event& event) { return borrowed(event.title()); }},
     {"startdate", [](const ek::Event& event) { return valueOf(event.startDate()); }},
     {"enddate", [](const ek::Event& event) { return valueOf(event.endDate()); }},
     {"occurrence",
@@ -21,11 +21,11 @@ constexpr ReaderRow<ek::Event> kReaders[] = {
     {"isallday", [](const ek::Event& event) { return truthValue(event.isAllDay()); }},
     {"isdetached", [](const ek::Event& event) { return truthValue(event.isDetached()); }},
     {"isrecurring", [](const ek::Event& event) { return truthValue(!event.recurrenceRules().empty()); }},
-    {"location", [](const ek::Event& event) { return valueOf(event.location()); }},
+    {"location", [](const ek::Event& event) { return borrowed(event.location()); }},
     {"hasattendees", [](const ek::Event& event) { return truthValue(!event.attendees().empty()); }},
     {"hasalarms", [](const ek::Event& event) { return truthValue(!event.alarms().empty()); }},
-    {"notes", [](const ek::Event& event) { return valueOf(event.notes()); }},
-    {"url", [](const ek::Event& event) { return valueOf(event.url()); }},
+    {"notes", [](const ek::Event& event) { return borrowed(event.notes()); }},
+    {"url", [](const ek::Event& event) { return borrowed(event.url()); }},
 };
 
 }  // namespace

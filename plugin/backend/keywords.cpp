@@ -1,5 +1,7 @@
 #include "plugin/backend/keywords.h"
 
+#include <bit>
+#include <cstring>
 #include <vector>
 
 #include "foundation/text.h"
@@ -8,36 +10,57 @@ namespace zuno {
 
 namespace {
 
-constexpr KeywordSignature kTooLong = 0xFFFFFFFF;
 constexpr std::uint16_t kKelvinSign = 0x212A;  // the one letter outside ASCII whose lower case is inside
-constexpr char kForeign = '\x80';              // any other one: it is in no word
+constexpr std::uint64_t kForeign = 0x80;       // any other one: it is in no word
 
-constexpr auto kAsciiLowered = [] {
-  std::array<char, 0x80> letters{};
-  for (std::size_t c = 0; c < letters.size(); ++c)
-    letters[c] = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-  return letters;
-}();
+// Four units as the lanes of one number, the first one lowest.
+static_assert(std::endian::native == std::endian::little);
+constexpr std::uint64_t kEachLane = 0x0001'0001'0001'0001;
 
-char letterOf(std::uint16_t unit) {
-  if (unit < kAsciiLowered.size()) [[likely]]
-    return kAsciiLowered[unit];
+bool areAscii(std::uint64_t units) { return (units & 0xFF80 * kEachLane) == 0; }
+
+// Of ASCII units, as the bytes of one number.
+std::uint64_t lettersOf(std::uint64_t units) {
+  const std::uint64_t reachesA = units + (0x80 - 'A') * kEachLane;
+  const std::uint64_t passesZ = units + (0x7F - 'Z') * kEachLane;
+  const std::uint64_t lowered = units | ((reachesA ^ passesZ) & 0x80 * kEachLane) >> 2;
+  const std::uint64_t pairs = (lowered | lowered >> 8) & 0x0000'FFFF'0000'FFFF;
+  return (pairs | pairs >> 16) & 0xFFFF'FFFF;
+}
+
+std::uint64_t letterOf(std::uint16_t unit) {
+  if (unit < 0x80) return lettersOf(unit);
   return unit == kKelvinSign ? 'k' : kForeign;
+}
+
+// Of the eight units from there.
+std::uint64_t letters(const std::uint16_t* units) {
+  std::uint64_t first = 0, second = 0;
+  std::memcpy(&first, units, sizeof first);
+  std::memcpy(&second, units + sizeof first / sizeof *units, sizeof second);
+  if (areAscii(first | second)) [[likely]]
+    return lettersOf(first) | lettersOf(second) << 32;
+  std::uint64_t all = 0;
+  for (unsigned i = 0; i < PackedWord::kPerPart; ++i) all |= letterOf(units[i]) << i * 8;
+  return all;
 }
 
 }  // namespace
 
-Keyword::Keyword(std::span<const std::uint16_t> utf16) : signature_(kTooLong), isNone_(false) {
-  if (utf16.size() > kLongest) return;
-  std::transform(utf16.begin(), utf16.end(), letters_.begin(), letterOf);
-  signature_ = signatureOf({letters_.data(), utf16.size()});
+Keyword::Keyword(const Units& utf16, std::size_t count) : isNone_(false) {
+  const bool isWord = count <= utf16.size() && (count == 0 || utf16[count - 1] != 0);
+  if (!isWord) word_.parts[0] = kForeign;
+  for (std::size_t at = 0; isWord && at < count; at += PackedWord::kPerPart)
+    word_.parts[at / PackedWord::kPerPart] = letters(&utf16[at]);
 }
 
 Keyword::Keyword(TextArgument text) {
   if (!text) return;
-  std::vector<std::uint16_t> units((*text).size());
-  units.resize(foundation::utf16FromUtf8(*text, units.data()));
-  *this = Keyword(units);
+  std::vector<std::uint16_t> all((*text).size());
+  const std::size_t count = foundation::utf16FromUtf8(*text, all.data());
+  Units units{};
+  std::copy_n(all.begin(), std::min(count, units.size()), units.begin());
+  *this = Keyword(units, count);
 }
 
 bool isTrue(const Value& value) { return Keyword(plainTextOf(value)) == "true"; }

@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
-#include <span>
 #include <string_view>
 #include <type_traits>
 
@@ -14,62 +13,64 @@
 
 namespace zuno {
 
-// Length, first and last letter: words that differ in it are different, which most words do.
-using KeywordSignature = std::uint32_t;
+// The letters of a word, eight to a number, the first ones lowest; zeros follow. Words are compared by these
+// numbers: most differ in the first.
+struct PackedWord {
+  static constexpr std::size_t kLongest = 32;
 
-constexpr KeywordSignature signatureOf(std::string_view word) {
-  if (word.empty()) return 0;
-  const auto first = static_cast<unsigned char>(word.front());
-  const auto last = static_cast<unsigned char>(word.back());
-  return static_cast<KeywordSignature>(word.size()) << 16 | first << 8 | last;
-}
+  constexpr PackedWord() = default;
+  // A word of the plug-in's own, in lower case.
+  consteval PackedWord(std::string_view word) {
+    if (word.size() > kLongest) throw "too long for a keyword";
+    for (std::size_t at = 0; at < word.size(); ++at)
+      parts[at / kPerPart] |= std::uint64_t{static_cast<unsigned char>(word[at])} << at % kPerPart * 8;
+  }
+  template <std::size_t N>
+  consteval PackedWord(const char (&word)[N]) : PackedWord(std::string_view(word, N - 1)) {}
+  friend constexpr bool operator==(const PackedWord& a, const PackedWord& b) {
+    return a.parts[0] == b.parts[0] && a.parts[1] == b.parts[1] && a.parts[2] == b.parts[2] &&
+           a.parts[3] == b.parts[3];
+  }
+
+  static constexpr std::size_t kPerPart = 8;
+  std::uint64_t parts[kLongest / kPerPart] = {};
+};
 
 // A word that was given, in lower case; an absent one too may be. Keeps no text that is too long for a word.
 class Keyword {
  public:
-  static constexpr std::size_t kLongest = 32;
-
   Keyword() = default;
   template <class Text>
   requires std::is_convertible_v<const Text&, TextArgument> Keyword(const Text& text)
       : Keyword(TextArgument(text)) {}
   Keyword(TextArgument text);
-  explicit Keyword(std::span<const std::uint16_t> utf16);
+  // The first units, as many as they are; after them zeros.
+  using Units = std::array<std::uint16_t, PackedWord::kLongest>;
+  Keyword(const Units& utf16, std::size_t count);
 
   bool isNone() const { return isNone_; }
-  // With a word in lower case, of ASCII letters. An absent keyword equals none.
-  bool operator==(std::string_view word) const { return is(word, signatureOf(word)); }
-  bool is(std::string_view word, KeywordSignature signature) const {
-    // Letter by letter, as the letters were written: comparing blocks waits until these have reached memory.
-    return signature == signature_ && !isNone_ &&
-           std::equal(word.begin(), word.end(), letters_.begin(), [](char a, char b) { return a == b; });
-  }
+  // An absent keyword equals no word.
+  bool operator==(const PackedWord& word) const { return word_ == word && !isNone_; }
 
  private:
-  std::array<char, kLongest> letters_;
-  KeywordSignature signature_ = 0;
+  PackedWord word_;
   bool isNone_ = true;
 };
 
 // A row of a keyword table: a word in lower case, and what it stands for.
 template <class Meaning>
 struct KeywordRow {
-  constexpr KeywordRow(std::string_view word_, Meaning meaning_)
-      : word(word_), signature(signatureOf(word_)), meaning(meaning_) {
-    if (word.size() > Keyword::kLongest) throw "too long for a keyword";  // when compiled
-  }
+  consteval KeywordRow(std::string_view word_, Meaning meaning_) : word(word_), meaning(meaning_) {}
 
-  std::string_view word;
-  KeywordSignature signature;
+  PackedWord word;
   Meaning meaning;
 };
 
 // What the keyword stands for; null when the table does not have it.
 template <class Meaning, std::size_t N>
 const Meaning* find(const KeywordRow<Meaning> (&table)[N], const Keyword& keyword) {
-  const auto* const row = std::find_if(std::begin(table), std::end(table), [&keyword](const auto& entry) {
-    return keyword.is(entry.word, entry.signature);
-  });
+  const auto* const row = std::find_if(std::begin(table), std::end(table),
+                                       [&keyword](const auto& entry) { return keyword == entry.word; });
   return row == std::end(table) ? nullptr : &row->meaning;
 }
 

@@ -19,8 +19,8 @@ constexpr std::string_view kPriorities[] = {"None",   "High", "High", "High", "H
 // An event may be held as the open reminder. What events have too is read from it; the rest raises.
 constexpr ReaderRow<ek::CalendarItem> kCommonReaders[] = {
     {"hasalarms", [](const ek::CalendarItem& item) { return truthValue(!item.alarms().empty()); }},
-    {"notes", [](const ek::CalendarItem& item) { return valueOf(item.notes()); }},
-    {"title", [](const ek::CalendarItem& item) { return valueOf(item.title()); }},
+    {"notes", [](const ek::CalendarItem& item) { return borrowed(item.notes()); }},
+    {"title", [](const ek::CalendarItem& item) { return borrowed(item.title()); }},
     {"externaluid",
      [](const ek::CalendarItem& item) { return valueOf(item.calendarItemExternalIdentifier()); }},
 };

@@ -10,16 +10,18 @@ Value valueOf(std::optional<std::string> text) { return text ? Value(std::move(*
 
 Value valueOf(std::optional<Date> date) { return date ? Value(*date) : Value(); }
 
+Value borrowed(const std::optional<std::string>& text) { return text ? Value(BorrowedText{*text}) : Value(); }
+
 Value truthValue(bool truth) { return truth ? "True" : "False"; }
 
 std::optional<std::string> textOf(const Value& value) {
   if (const Date* date = std::get_if<Date>(&value))
     return foundation::description(*date, *foundation::TimeZone::defaultZone());
-  if (const std::string* text = std::get_if<std::string>(&value)) return *text;
-  return std::nullopt;
+  return owned(plainTextOf(value));
 }
 
 TextArgument plainTextOf(const Value& value) {
+  if (const BorrowedText* borrowed = std::get_if<BorrowedText>(&value)) return borrowed->text;
   const std::string* text = std::get_if<std::string>(&value);
   return text ? TextArgument(*text) : TextArgument();
 }

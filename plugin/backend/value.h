@@ -34,11 +34,18 @@ class TextArgument {
   std::string_view text_;  // null data for none
 };
 
+// A text that lies elsewhere, and stays there for longer than this is used.
+struct BorrowedText {
+  std::string_view text;
+};
+
 // A property's value: none, a text, or a date. A date reads as text in the default time zone, in the form
 // "2024-05-01 09:00:00 +0200".
-using Value = std::variant<std::monostate, std::string, Date>;
+using Value = std::variant<std::monostate, std::string, BorrowedText, Date>;
 
 Value valueOf(std::optional<std::string> text);
+Value borrowed(const std::optional<std::string>& text);
+Value borrowed(std::optional<std::string>&&) = delete;
 Value valueOf(std::optional<Date> date);
 // "True" or "False".
 Value truthValue(bool truth);

@@ -7,6 +7,7 @@
 #include "foundation/date.h"
 #include "foundation/time_zone.h"
 #include "plugin/functions/host_values.h"
+#include "plugin/shell/kept_objects.h"
 
 namespace zuno {
 
@@ -36,13 +37,23 @@ std::optional<Date> dateFrom(const fmx::DateTime& timestamp) {
   return foundation::dateWithString(text.data());
 }
 
-std::optional<Date> dateTold(const Value& value) {
-  if (const std::string* text = std::get_if<std::string>(&value)) return foundation::dateWithString(*text);
-  return dateOf(value);
-}
-
 // What the text of a date can tell, and the host can hold.
 bool isShown(int year) { return year >= 1 && year <= 9999; }
+
+void assign(Date date, DateForm form, fmx::Data& result) {
+  const foundation::WallFields wall =
+      foundation::fieldsOf(foundation::TimeZone::defaultZone()->wallTimeOf(date));
+  if (!isShown(wall.year)) return;
+  fmx::DateTime& moment = dateTimeForResult();
+  moment.SetNormalizedDate(static_cast<fmx::int16>(wall.month), static_cast<fmx::int16>(wall.day),
+                           static_cast<fmx::int16>(wall.year));
+  moment.SetNormalizedTime(wall.hour, static_cast<fmx::int16>(wall.minute),
+                           static_cast<fmx::int16>(wall.second), 0);
+  if (form == DateForm::timestamp)
+    result.SetAsTimeStamp(moment);
+  else
+    result.SetAsDate(moment);
+}
 
 }  // namespace
 
@@ -56,20 +67,10 @@ std::optional<Date> Arguments::date(fmx::uint32 index) const {
 }
 
 void assignDate(const Value& value, DateForm form, fmx::Data& result) {
-  const std::optional<Date> date = dateTold(value);
-  if (!date) return;
-  const foundation::WallFields wall =
-      foundation::fieldsOf(foundation::TimeZone::defaultZone()->wallTimeOf(*date));
-  if (!isShown(wall.year)) return;
-  const fmx::DateTimeUniquePtr moment;
-  moment->SetNormalizedDate(static_cast<fmx::int16>(wall.month), static_cast<fmx::int16>(wall.day),
-                            static_cast<fmx::int16>(wall.year));
-  moment->SetNormalizedTime(wall.hour, static_cast<fmx::int16>(wall.minute),
-                            static_cast<fmx::int16>(wall.second), 0);
-  if (form == DateForm::timestamp)
-    result.SetAsTimeStamp(*moment);
-  else
-    result.SetAsDate(*moment);
+  if (const Date* date = std::get_if<Date>(&value)) return assign(*date, form, result);
+  const TextArgument text = plainTextOf(value);
+  if (const std::optional<Date> told = text ? foundation::dateWithString(*text) : std::nullopt)
+    assign(*told, form, result);
 }
 
 }  // namespace zuno

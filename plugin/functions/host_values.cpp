@@ -5,6 +5,7 @@
 #include <string>
 
 #include "foundation/text.h"
+#include "plugin/shell/kept_objects.h"
 
 namespace zuno {
 
@@ -58,9 +59,9 @@ Keyword Arguments::keyword(fmx::uint32 index) const {
   const fmx::Text& text = values_.AtAsText(index);
   const fmx::uint32 size = text.GetSize();
   if (size == 0) return {};
-  Units units(size);
-  text.GetUnicode(units.data(), 0, size);
-  return Keyword(std::span(units.data(), size));
+  Keyword::Units units{};
+  if (size <= units.size()) text.GetUnicode(units.data(), 0, size);
+  return {units, size};
 }
 
 std::int64_t Arguments::integer(fmx::uint32 index) const {
@@ -70,10 +71,11 @@ std::int64_t Arguments::integer(fmx::uint32 index) const {
 void AssignStringResult(TextArgument text, fmx::Data& result) {
   const std::string_view bytes = text.value_or("");
   Units units(bytes.size() + 1);
-  units.data()[foundation::utf16FromUtf8(bytes, units.data())] = 0;
-  const fmx::TextUniquePtr wide;
-  wide->AssignUnicode(units.data());
-  result.SetAsText(*wide, result.GetLocale());
+  const std::size_t count = foundation::utf16FromUtf8(bytes, units.data());
+  units.data()[count] = 0;
+  fmx::Text& wide = textForResult(count);
+  wide.AssignUnicode(units.data());
+  result.SetAsText(wide, result.GetLocale());
 }
 
 void assignNumber(std::int64_t number, fmx::Data& result) {

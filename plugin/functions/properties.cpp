@@ -14,16 +14,16 @@ namespace zuno {
 namespace {
 
 // By keyword alone, whatever the type. What may be set as a date is a shorter list than what reads as one.
-constexpr std::string_view kTimestampProperties[] = {"absolutetrigger", "enddate",    "modifieddate",
-                                                     "startdate",       "occurrence", "datestamp"};
-constexpr std::string_view kDateProperties[] = {"completeddate", "duedate"};
-constexpr std::string_view kSettableDates[] = {"absolutetrigger", "enddate",       "startdate",
-                                               "occurrence",      "completeddate", "duedate"};
+constexpr PackedWord kTimestampProperties[] = {"absolutetrigger", "enddate",    "modifieddate",
+                                               "startdate",       "occurrence", "datestamp"};
+constexpr PackedWord kDateProperties[] = {"completeddate", "duedate"};
+constexpr PackedWord kSettableDates[] = {"absolutetrigger", "enddate",       "startdate",
+                                         "occurrence",      "completeddate", "duedate"};
 
 template <std::size_t N>
-bool isOneOf(const std::string_view (&words)[N], const Keyword& keyword) {
+bool isOneOf(const PackedWord (&words)[N], const Keyword& keyword) {
   return std::any_of(std::begin(words), std::end(words),
-                     [&](std::string_view word) { return keyword == word; });
+                     [&](const PackedWord& word) { return keyword == word; });
 }
 
 Value read(iCalEKFunctions& backend, ItemType type, const Keyword& property, const Keyword& subProperty) {

@@ -1,16 +1,18 @@
+#include <iterator>
 #include <string>
 
 #include "plugin/backend/keywords.h"
 #include "plugin/functions/call.h"
 #include "plugin/shell/external_functions.h"
+#include "plugin/shell/kept_objects.h"
 #include "plugin/shell/plugin_error.h"
 
 namespace zuno {
 
 namespace {
 
-constexpr const char* kShortVersion = "3.0.1.0";
-constexpr const char* kLongVersion = "Zunomat 3.0.1.0";
+constexpr const char kShortVersion[] = "3.0.1.0";
+constexpr const char kLongVersion[] = "Zunomat 3.0.1.0";
 
 bool isShort(const fmx::Text& asked) {
   const fmx::TextUniquePtr word;
@@ -35,15 +37,15 @@ fmx::errcode Zuno_Version(short /*functionId*/, const fmx::ExprEnv& environment,
                           const fmx::DataVect& arguments, fmx::Data& result) {
   return runInSession(environment, result, [&] {
     ClearError();
-    const fmx::TextUniquePtr version;
+    fmx::Text& version = textForResult(std::size(kLongVersion));
     if (arguments.Size() == 0) {
       const fmx::LocaleUniquePtr locale(fmx::Locale::kType_System);
-      version->Assign(kShortVersion);
-      result.SetAsText(*version, *locale);
+      version.Assign(kShortVersion);
+      result.SetAsText(version, *locale);
       return;
     }
-    version->Assign(isShort(arguments.AtAsText(0)) ? kShortVersion : kLongVersion);
-    result.SetAsText(*version, arguments.At(0).GetLocale());
+    version.Assign(isShort(arguments.AtAsText(0)) ? kShortVersion : kLongVersion);
+    result.SetAsText(version, arguments.At(0).GetLocale());
   });
 }
 
@@ -54,9 +56,10 @@ fmx::errcode Zuno_GetLastError(short /*functionId*/, const fmx::ExprEnv& environ
     const Keyword form = Arguments(arguments).keyword(0);
     if (!form.isNone() && !(form == "text"))
       return assignNumber(static_cast<std::int32_t>(g_llasterror), result);
-    const fmx::TextUniquePtr message;
-    message->Assign(lastErrorText().c_str());
-    result.SetAsText(*message, result.GetLocale());
+    const std::string said = lastErrorText();
+    fmx::Text& message = textForResult(said.size());
+    message.Assign(said.c_str());
+    result.SetAsText(message, result.GetLocale());
   });
 }
 

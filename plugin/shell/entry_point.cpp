@@ -10,6 +10,7 @@
 #include "plugin/backend/ical_ek_functions.h"
 #include "plugin/shell/globals.h"
 #include "plugin/shell/host_boundary.h"
+#include "plugin/shell/kept_objects.h"
 #include "plugin/shell/plugin_error.h"
 #include "plugin/shell/registration.h"
 #include "plugin/shell/sessions.h"
@@ -52,7 +53,8 @@ void answerMessage() {
     case kFMXT_Init:
       return initialise();
     case kFMXT_Shutdown:
-      return UnregisterFunctions();
+      UnregisterFunctions();
+      return releaseKeptObjects();
     case kFMXT_GetString:
       return answerString();
     default:

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -71,6 +72,8 @@ TEST_F(Zuno, NoHostFailureInAnyFunctionLeaksOrBreaksTheNextCall) {
       u"Zuno_SaveItem ( \"event\" ; \"this\" )",
       u"Zuno_OpenItemWithUID ( \"event\" ; \"nobody\" ; \"\" )",
       u"Zuno_RemoveItem ( \"event\" ; \"nobody\" ; \"\" ; \"this\" )"};
+  // One object of each kind that results are handed over in, once it was needed.
+  const std::set<std::string> kept = {"", "1 Text", "1 Text, 1 DateTime"};
   StandIn& standIn = Plugin::standIn();
   for (const std::u16string_view call : kCalls) {
     const Calculation calculation(call, session_);
@@ -84,8 +87,9 @@ TEST_F(Zuno, NoHostFailureInAnyFunctionLeaksOrBreaksTheNextCall) {
           // The failure left the function, as it has to outside the reading of a date.
         }
         reached = !standIn.failureIsPending();
-        ASSERT_EQ(standIn.describeLiveObjects(), "")
-            << testing::PrintToString(std::u16string(call)) << " call " << n;
+        const std::string alive = standIn.describeLiveObjects();
+        ASSERT_TRUE(kept.contains(alive))
+            << alive << " after " << testing::PrintToString(std::u16string(call)) << " call " << n;
       }
       standIn.cancelFailure();
       EXPECT_GT(n, 2) << "no host call was made";

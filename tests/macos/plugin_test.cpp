@@ -25,8 +25,8 @@ class PluginOnEventKit : public testing::Test {
   static void TearDownTestSuite() {
     session_.reset();
     plugin_->shutDown();
+    EXPECT_EQ(Plugin::standIn().describeLiveObjects(), "") << "host values leaked";
   }
-  void TearDown() override { EXPECT_EQ(Plugin::standIn().describeLiveObjects(), "") << "host values leaked"; }
 
   static std::string evaluate(const std::string& calculation) {
     try {

@@ -91,16 +91,16 @@ class FakeItem : public Interface {
   void setCalendar(std::shared_ptr<ek::Calendar> calendar) override { home = std::move(calendar); }
   std::string calendarItemIdentifier() const override { return identifier; }
   OptionalText calendarItemExternalIdentifier() const override { return externalIdentifier; }
-  OptionalText title() const override { return name; }
+  const OptionalText& title() const override { return name; }
   void setTitle(OptionalText title) override {
     if (broken) throw ek::Exception("the item cannot be changed");
     name = std::move(title);
   }
-  OptionalText location() const override { return place; }
+  const OptionalText& location() const override { return place; }
   void setLocation(OptionalText location) override { place = std::move(location); }
-  OptionalText notes() const override { return remarks; }
+  const OptionalText& notes() const override { return remarks; }
   void setNotes(OptionalText notes) override { remarks = std::move(notes); }
-  OptionalText url() const override { return link; }
+  const OptionalText& url() const override { return link; }
   void setUrl(OptionalText url) override { link = std::move(url); }
   std::optional<Date> lastModifiedDate() const override { return modified; }
   std::optional<Date> creationDate() const override { return created; }

@@ -20,8 +20,7 @@ EmbeddedEvent::EmbeddedEvent(std::shared_ptr<Records> records, std::shared_ptr<c
     : StoredItem(std::move(records), std::move(document), ownPlace(placement)),
       placement_(placement),
       isAllDay_(placement.isAllDay) {
-  start_ = storedStart();
-  end_ = storedEnd();
+  given_ = shown_ = stored();
 }
 
 std::optional<std::string> EmbeddedEvent::eventIdentifier() const {
@@ -29,21 +28,17 @@ std::optional<std::string> EmbeddedEvent::eventIdentifier() const {
   return placement_.isDetached ? identifier() + occurrenceSuffix(*placement_.occurrenceDate) : identifier();
 }
 
-std::optional<Date> EmbeddedEvent::startDate() const {
-  if (!start_ || !isAllDay_) return start_;
-  return startOfDay(*start_, *TimeZone::defaultZone());
-}
-
-std::optional<Date> EmbeddedEvent::endDate() const {
-  if (!end_ || !isAllDay_) return end_;
+void EmbeddedEvent::place(const Times& given) {
+  given_ = shown_ = given;
+  if (!isAllDay_) return;
   const auto zone = TimeZone::defaultZone();
-  return endOfLastDay(*end_, start_ ? startOfDay(*start_, *zone) : *end_, *zone);
+  if (given.start) shown_.start = startOfDay(*given.start, *zone);
+  if (given.end) shown_.end = endOfLastDay(*given.end, shown_.start.value_or(*given.end), *zone);
 }
 
 void EmbeddedEvent::setAllDay(bool allDay) {
-  start_ = startDate();
-  end_ = endDate();
   isAllDay_ = allDay;
+  place(shown_);
 }
 
 std::optional<std::string> EmbeddedEvent::timeZoneAbbreviation() const {
@@ -57,25 +52,20 @@ std::optional<std::string> EmbeddedEvent::timeZoneAbbreviation() const {
   return start->zone.zone->abbreviation(foundation::now());
 }
 
-std::optional<Date> EmbeddedEvent::storedStart() const {
-  return isNew() ? std::nullopt : std::optional(placement_.start);
+EmbeddedEvent::Times EmbeddedEvent::stored() const {
+  if (isNew()) return {};
+  return {placement_.start, placement_.isAllDay ? placement_.end - std::chrono::seconds(1) : placement_.end};
 }
 
-std::optional<Date> EmbeddedEvent::storedEnd() const {
-  if (isNew()) return std::nullopt;
-  return placement_.isAllDay ? placement_.end - std::chrono::seconds(1) : placement_.end;
-}
+bool EmbeddedEvent::isStartChanged() const { return shown_.start != stored().start; }
 
-bool EmbeddedEvent::isStartChanged() const { return startDate() != storedStart(); }
-
-bool EmbeddedEvent::isEndChanged() const { return endDate() != storedEnd(); }
+bool EmbeddedEvent::isEndChanged() const { return shown_.end != stored().end; }
 
 void EmbeddedEvent::becomeStored(std::shared_ptr<const Document> document, const Placement& placement) {
   ItemState::becomeStored(std::move(document), ownPlace(placement));
   placement_ = placement;
   isAllDay_ = placement.isAllDay;
-  start_ = storedStart();
-  end_ = storedEnd();
+  given_ = shown_ = stored();
 }
 
 void EmbeddedEvent::becomeRemoved() {
@@ -83,7 +73,7 @@ void EmbeddedEvent::becomeRemoved() {
   ItemState::becomeRemoved();
   placement_ = {};
   isAllDay_ = false;
-  start_ = end_ = std::nullopt;
+  given_ = shown_ = {};
 }
 
 }  // namespace ek::embedded

@@ -16,10 +16,10 @@ class EmbeddedEvent final : public StoredItem<Event> {
                 const Placement& placement);
 
   std::optional<std::string> eventIdentifier() const override;
-  std::optional<Date> startDate() const override;
-  void setStartDate(std::optional<Date> date) override { start_ = date; }
-  std::optional<Date> endDate() const override;
-  void setEndDate(std::optional<Date> date) override { end_ = date; }
+  std::optional<Date> startDate() const override { return shown_.start; }
+  void setStartDate(std::optional<Date> date) override { place({date, given_.end}); }
+  std::optional<Date> endDate() const override { return shown_.end; }
+  void setEndDate(std::optional<Date> date) override { place({given_.start, date}); }
   bool isAllDay() const override { return isAllDay_; }
   void setAllDay(bool allDay) override;
   bool isDetached() const override { return placement_.isDetached; }
@@ -40,12 +40,15 @@ class EmbeddedEvent final : public StoredItem<Event> {
   bool repeats() const override { return !placement_.isDetached; }
 
  private:
-  std::optional<Date> storedStart() const;
-  std::optional<Date> storedEnd() const;
+  struct Times {
+    std::optional<Date> start, end;
+  };
+  Times stored() const;
+  void place(const Times& given);
 
   Placement placement_;
-  // As they were set; an all-day event shows whole days of them.
-  std::optional<Date> start_, end_;
+  // As they were set, and as they are: whole days of that where the event is all-day.
+  Times given_, shown_;
   bool isAllDay_ = false;
   std::optional<std::string> removedIdentifier_;
 };

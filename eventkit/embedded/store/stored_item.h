@@ -31,13 +31,13 @@ class StoredItem : public Interface, public ItemState {
   std::string calendarItemIdentifier() const override { return identifier(); }
   std::optional<std::string> calendarItemExternalIdentifier() const override { return uid(); }
 
-  Text title() const override { return text(ItemState::title); }
+  const Text& title() const override { return text(ItemState::title); }
   void setTitle(Text title) override { setText(ItemState::title, std::move(title)); }
-  Text location() const override { return text(ItemState::location); }
+  const Text& location() const override { return text(ItemState::location); }
   void setLocation(Text location) override { setText(ItemState::location, std::move(location)); }
-  Text notes() const override { return text(ItemState::notes); }
+  const Text& notes() const override { return text(ItemState::notes); }
   void setNotes(Text notes) override { setText(ItemState::notes, std::move(notes)); }
-  Text url() const override { return text(ItemState::url); }
+  const Text& url() const override { return text(ItemState::url); }
   void setUrl(Text url) override {
     if (url && !isUrl(*url)) url.reset();
     setText(ItemState::url, std::move(url));
