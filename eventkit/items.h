@@ -18,7 +18,7 @@ class Calendar {
  public:
   virtual ~Calendar() = default;
   virtual std::string calendarIdentifier() const = 0;  // exists from creation
-  virtual std::optional<std::string> title() const = 0;
+  virtual const std::optional<std::string>& title() const = 0;
   virtual void setTitle(std::optional<std::string> title) = 0;
   virtual CalendarType type() const = 0;
   virtual bool isImmutable() const = 0;  // its own properties; items may still be added

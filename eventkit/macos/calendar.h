@@ -13,7 +13,7 @@ class EventKitCalendar final : public Calendar, public Native<EKCalendar> {
   static std::shared_ptr<Calendar> of(const Ref<EKEventStore>& store, EKCalendar* calendar);
 
   std::string calendarIdentifier() const override;
-  std::optional<std::string> title() const override;
+  const std::optional<std::string>& title() const override;
   void setTitle(std::optional<std::string> title) override;
   CalendarType type() const override;
   bool isImmutable() const override;
@@ -23,6 +23,9 @@ class EventKitCalendar final : public Calendar, public Native<EKCalendar> {
   void setColor(const Color& color) override;
   std::optional<Source> source() const override;
   void setSource(std::optional<Source> source) override;
+
+ private:
+  mutable std::optional<std::string> title_;  // as it was last asked for
 };
 
 }  // namespace ek::macos

@@ -13,8 +13,9 @@ std::string EventKitCalendar::calendarIdentifier() const {
   return guarded([&] { return textFrom([object() calendarIdentifier]).value_or(""); });
 }
 
-std::optional<std::string> EventKitCalendar::title() const {
-  return guarded([&] { return textFrom([object() title]); });
+const std::optional<std::string>& EventKitCalendar::title() const {
+  title_ = guarded([&] { return textFrom([object() title]); });
+  return title_;
 }
 
 void EventKitCalendar::setTitle(std::optional<std::string> title) {

@@ -40,10 +40,11 @@ auto readAt(const void* self, uint32 position, Failure& failure, Reading reading
 void assignDateTime(void* self, ValueType type, const DateTime& moment, int32 nativeType,
                     Failure& failure) noexcept {
   hostCall(failure, [&] {
-    auto& value = as<Value>(self);
-    const ValueType kept = typeFrom(nativeType);
-    value.become(type, moment);
-    if (kept != type) value = value.converted(kept);
+    auto& result = as<Value>(self);
+    if (typeFrom(nativeType) == type) return result.become(type, moment);
+    Value value = Value::ofDateTime(type, moment);
+    value.setLocale(result.locale());
+    assign(self, std::move(value), nativeType);
   });
 }
 

@@ -18,7 +18,10 @@ using OptionalText = std::optional<std::string>;
 class FakeCalendar : public ek::Calendar {
  public:
   std::string calendarIdentifier() const override { return identifier; }
-  OptionalText title() const override { return checked(name); }
+  const OptionalText& title() const override {
+    if (broken) throw ek::Exception("the calendar cannot be read");
+    return name;
+  }
   void setTitle(OptionalText title) override { name = std::move(title); }
   ek::CalendarType type() const override { return kind; }
   bool isImmutable() const override { return immutable; }
@@ -38,12 +41,6 @@ class FakeCalendar : public ek::Calendar {
   std::optional<ek::Color> paint;
   std::optional<ek::Source> account;
   bool broken = false;  // reading its title raises
-
- private:
-  OptionalText checked(const OptionalText& value) const {
-    if (broken) throw ek::Exception("the calendar cannot be read");
-    return value;
-  }
 };
 
 class FakeAlarm : public ek::Alarm {

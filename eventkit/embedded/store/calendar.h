@@ -17,7 +17,7 @@ class EmbeddedCalendar final : public Calendar {
   EmbeddedCalendar(std::shared_ptr<Records> records, CalendarRow row, std::optional<Source> source);
 
   std::string calendarIdentifier() const override { return stored_.identifier; }
-  std::optional<std::string> title() const override { return title_; }
+  const std::optional<std::string>& title() const override { return title_; }
   void setTitle(std::optional<std::string> title) override { title_ = std::move(title); }
   CalendarType type() const override { return stored_.type; }
   bool isImmutable() const override { return stored_.isImmutable; }

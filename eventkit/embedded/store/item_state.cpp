@@ -27,7 +27,7 @@ const Fields& ItemState::fields() const {
   return *fields_;
 }
 
-std::shared_ptr<EmbeddedCalendar> ItemState::owner() const {
+const std::shared_ptr<EmbeddedCalendar>& ItemState::owner() const {
   if (!calendar_ && document_ && records_->database() != nullptr) {
     CalendarDirectory& calendars = records_->calendars();
     if (const CalendarRow* row = calendars.find(document_->row().calendar))

@@ -56,7 +56,7 @@ class ItemState {
   // As the text has them; those of a new item are empty.
   const Fields& fields() const;
 
-  std::shared_ptr<EmbeddedCalendar> owner() const;
+  const std::shared_ptr<EmbeddedCalendar>& owner() const;
   void setOwner(std::shared_ptr<EmbeddedCalendar> calendar) { calendar_ = std::move(calendar); }
   bool isOwnerChanged() const;
 

@@ -18,7 +18,7 @@ class StoredItem : public Interface, public ItemState {
   using ItemState::ItemState;
 
   std::shared_ptr<Calendar> calendar() const override {
-    return guarded([this] { return owner(); });
+    return guarded([this]() -> std::shared_ptr<Calendar> { return owner(); });
   }
   // A calendar of another store throws.
   void setCalendar(std::shared_ptr<Calendar> calendar) override {
