@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fmt/format.h>
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <optional>
+#include <system_error>
 
 #include "foundation/text.h"
 #include "host/output.h"
@@ -43,6 +46,20 @@ void print(const Plugin& plugin, const Registration& function) {
              foundation::utf8FromUtf16(function.prototype), foundation::utf8FromUtf16(function.name),
              argumentCounts(function), hasStep(plugin, function) ? "; also a script step" : "");
   if (!function.description.empty()) fmt::print("       {}\n", readableDescription(function));
+}
+
+// Nothing, and the reason, for a file that cannot be read.
+std::optional<std::string> contentsOf(const std::string& file, std::string& why) {
+  std::error_code ignored;
+  if (std::filesystem::is_directory(file, ignored)) {  // opens like a file
+    why = std::strerror(EISDIR);
+    return std::nullopt;
+  }
+  std::ifstream stream(file, std::ios::binary);
+  std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+  if (stream.is_open() && !stream.bad()) return text;
+  why = std::strerror(errno);
+  return std::nullopt;
 }
 
 bool isBlank(const std::string& line) { return line.find_first_not_of(" \t\r") == std::string::npos; }
@@ -94,14 +111,14 @@ int evaluateAll(Session& session, const std::vector<std::string>& calculations, 
 }
 
 int runScriptFile(Session& session, const std::string& file, const std::string& parameter) {
-  std::ifstream stream(file, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-  if (!stream.is_open() || stream.bad()) {
-    std::cerr << "zunohost: the script " << file << " cannot be read: " << std::strerror(errno) << '\n';
+  std::string why;
+  const std::optional<std::string> text = contentsOf(file, why);
+  if (!text) {
+    std::cerr << "zunohost: the script " << file << " cannot be read: " << why << '\n';
     return 1;
   }
   try {
-    const Script script = readScript(file, foundation::utf16FromUtf8(text), session);
+    const Script script = readScript(file, foundation::utf16FromUtf8(*text), session);
     runScript(script, session, Value::ofText(foundation::utf16FromUtf8(parameter)),
               [](const std::string& title, const std::string& message) {
                 std::cout << title << ": " << message << std::endl;

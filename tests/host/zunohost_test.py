@@ -76,6 +76,7 @@ class Zunohost(unittest.TestCase):
             script.write_text("Show Custom Dialog [ 1 ; 2 ]\nNo_Such_Step\n")
             self.expect(host("run", str(script)), 1, "", f"{script}:2: there is no script step No_Such_Step")
             self.expect(host("run", str(script) + "x"), 1, "", "cannot be read")
+            self.expect(host("run", folder), 1, "", "cannot be read: Is a directory")
 
     def test_wrong_usage_has_a_status_of_its_own(self):
         for arguments in ([], ["frobnicate"], ["run"], ["--extension-version", "x", "functions"]):
