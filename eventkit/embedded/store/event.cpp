@@ -20,7 +20,7 @@ EmbeddedEvent::EmbeddedEvent(std::shared_ptr<Records> records, std::shared_ptr<c
     : StoredItem(std::move(records), std::move(document), ownPlace(placement)),
       placement_(placement),
       isAllDay_(placement.isAllDay) {
-  given_ = shown_ = stored();
+  placeAsStored();
 }
 
 std::optional<std::string> EmbeddedEvent::eventIdentifier() const {
@@ -52,20 +52,32 @@ std::optional<std::string> EmbeddedEvent::timeZoneAbbreviation() const {
   return start->zone.zone->abbreviation(foundation::now());
 }
 
-EmbeddedEvent::Times EmbeddedEvent::stored() const {
-  if (isNew()) return {};
-  return {placement_.start, placement_.isAllDay ? placement_.end - std::chrono::seconds(1) : placement_.end};
+Date EmbeddedEvent::storedEnd() const {
+  return placement_.isAllDay ? placement_.end - std::chrono::seconds(1) : placement_.end;
 }
 
-bool EmbeddedEvent::isStartChanged() const { return shown_.start != stored().start; }
+// Scripts open one event after the other: value by value, which costs less than copies of the whole.
+void EmbeddedEvent::placeAsStored() {
+  const Date end = storedEnd();
+  given_.start.emplace(placement_.start);
+  given_.end.emplace(end);
+  shown_.start.emplace(placement_.start);
+  shown_.end.emplace(end);
+}
 
-bool EmbeddedEvent::isEndChanged() const { return shown_.end != stored().end; }
+bool EmbeddedEvent::isStartChanged() const {
+  return isNew() ? shown_.start.has_value() : shown_.start != placement_.start;
+}
+
+bool EmbeddedEvent::isEndChanged() const {
+  return isNew() ? shown_.end.has_value() : shown_.end != storedEnd();
+}
 
 void EmbeddedEvent::becomeStored(std::shared_ptr<const Document> document, const Placement& placement) {
   ItemState::becomeStored(std::move(document), ownPlace(placement));
   placement_ = placement;
   isAllDay_ = placement.isAllDay;
-  given_ = shown_ = stored();
+  placeAsStored();
 }
 
 void EmbeddedEvent::becomeRemoved() {

@@ -43,7 +43,8 @@ class EmbeddedEvent final : public StoredItem<Event> {
   struct Times {
     std::optional<Date> start, end;
   };
-  Times stored() const;
+  Date storedEnd() const;
+  void placeAsStored();
   void place(const Times& given);
 
   Placement placement_;
