@@ -18,10 +18,16 @@ struct _fmxcpt {
   int32 m_vers = 1;
   int32 m_code = kNoErr;
 
-  // Codes of a later interface pass.
   void Check() const {
-    if (m_code == kBadAlloc) throw std::bad_alloc();
-    if (m_code == kUnknown) throw std::exception();
+    if (m_code != kNoErr) [[unlikely]]
+      raise(m_code);
+  }
+
+ private:
+  // Codes of a later interface pass.
+  static void raise(int32 code) {
+    if (code == kBadAlloc) throw std::bad_alloc();
+    if (code == kUnknown) throw std::exception();
   }
 };
 

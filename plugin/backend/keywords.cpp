@@ -13,24 +13,26 @@ namespace {
 constexpr std::uint16_t kKelvinSign = 0x212A;  // the one letter outside ASCII whose lower case is inside
 constexpr std::uint64_t kForeign = 0x80;       // any other one: it is in no word
 
-// Four units as the lanes of one number, the first one lowest.
+std::uint64_t letterOf(std::uint16_t unit) {
+  if (unit >= 'A' && unit <= 'Z') return std::uint64_t{unit} - 'A' + 'a';
+  if (unit < 0x80) return unit;
+  return unit == kKelvinSign ? 'k' : kForeign;
+}
+
+// The lanes of one number are four units or eight letters, the first one lowest.
 static_assert(std::endian::native == std::endian::little);
-constexpr std::uint64_t kEachLane = 0x0001'0001'0001'0001;
+constexpr std::uint64_t kEachUnit = 0x0001'0001'0001'0001;
+constexpr std::uint64_t kEachLetter = 0x0101'0101'0101'0101;
 
-bool areAscii(std::uint64_t units) { return (units & 0xFF80 * kEachLane) == 0; }
-
-// Of ASCII units, as the bytes of one number.
-std::uint64_t lettersOf(std::uint64_t units) {
-  const std::uint64_t reachesA = units + (0x80 - 'A') * kEachLane;
-  const std::uint64_t passesZ = units + (0x7F - 'Z') * kEachLane;
-  const std::uint64_t lowered = units | ((reachesA ^ passesZ) & 0x80 * kEachLane) >> 2;
-  const std::uint64_t pairs = (lowered | lowered >> 8) & 0x0000'FFFF'0000'FFFF;
+std::uint64_t narrowed(std::uint64_t units) {
+  const std::uint64_t pairs = (units | units >> 8) & 0x0000'FFFF'0000'FFFF;
   return (pairs | pairs >> 16) & 0xFFFF'FFFF;
 }
 
-std::uint64_t letterOf(std::uint16_t unit) {
-  if (unit < 0x80) return lettersOf(unit);
-  return unit == kKelvinSign ? 'k' : kForeign;
+std::uint64_t lowered(std::uint64_t ascii) {
+  const std::uint64_t reachesA = ascii + (0x80 - 'A') * kEachLetter;
+  const std::uint64_t passesZ = ascii + (0x7F - 'Z') * kEachLetter;
+  return ascii | ((reachesA ^ passesZ) & 0x80 * kEachLetter) >> 2;
 }
 
 // Of the eight units from there.
@@ -38,8 +40,8 @@ std::uint64_t letters(const std::uint16_t* units) {
   std::uint64_t first = 0, second = 0;
   std::memcpy(&first, units, sizeof first);
   std::memcpy(&second, units + sizeof first / sizeof *units, sizeof second);
-  if (areAscii(first | second)) [[likely]]
-    return lettersOf(first) | lettersOf(second) << 32;
+  if (((first | second) & 0xFF80 * kEachUnit) == 0) [[likely]]
+    return lowered(narrowed(first) | narrowed(second) << 32);
   std::uint64_t all = 0;
   for (unsigned i = 0; i < PackedWord::kPerPart; ++i) all |= letterOf(units[i]) << i * 8;
   return all;

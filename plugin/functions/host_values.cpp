@@ -79,8 +79,9 @@ void AssignStringResult(TextArgument text, fmx::Data& result) {
 }
 
 void assignNumber(std::int64_t number, fmx::Data& result) {
-  const fmx::FixPtUniquePtr value(static_cast<fmx::int32>(number));
-  result.SetAsNumber(*value);
+  fmx::FixPt& value = numberForResult();
+  value.AssignInt(static_cast<fmx::int32>(number));
+  result.SetAsNumber(value);
 }
 
 void assignErrorMarker(fmx::Data& result) {

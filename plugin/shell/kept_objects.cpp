@@ -13,6 +13,7 @@ constexpr std::size_t kLongText = 4096;
 struct KeptObjects {
   std::unique_ptr<fmx::Text> text;
   bool isTextLong = false;
+  std::unique_ptr<fmx::FixPt> number;
   std::unique_ptr<fmx::DateTime> dateTime;
 };
 
@@ -30,6 +31,12 @@ fmx::Text& textForResult(std::size_t units) {
   if (!objects.text || (objects.isTextLong && !isLong)) objects.text = fmx::TextUniquePtr();
   objects.isTextLong = isLong;
   return *objects.text;
+}
+
+fmx::FixPt& numberForResult() {
+  KeptObjects& objects = kept();
+  if (!objects.number) objects.number = fmx::FixPtUniquePtr(0);
+  return *objects.number;
 }
 
 fmx::DateTime& dateTimeForResult() {

@@ -6,12 +6,14 @@
 #include <cstddef>
 
 #include "FMWrapper/FMXDateTime.h"
+#include "FMWrapper/FMXFixPt.h"
 #include "FMWrapper/FMXText.h"
 
 namespace zuno {
 
 // For a text of so many UTF-16 units. The memory for a long one is not kept for short ones.
 fmx::Text& textForResult(std::size_t units);
+fmx::FixPt& numberForResult();
 fmx::DateTime& dateTimeForResult();
 
 // Gives them back to the host, which is about to unload the plug-in.

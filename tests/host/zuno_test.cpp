@@ -73,7 +73,7 @@ TEST_F(Zuno, NoHostFailureInAnyFunctionLeaksOrBreaksTheNextCall) {
       u"Zuno_OpenItemWithUID ( \"event\" ; \"nobody\" ; \"\" )",
       u"Zuno_RemoveItem ( \"event\" ; \"nobody\" ; \"\" ; \"this\" )"};
   // One object of each kind that results are handed over in, once it was needed.
-  const std::set<std::string> kept = {"", "1 Text", "1 Text, 1 DateTime"};
+  const std::set<std::string> kept = {"", "1 Text", "1 Text, 1 FixPt", "1 Text, 1 FixPt, 1 DateTime"};
   StandIn& standIn = Plugin::standIn();
   for (const std::u16string_view call : kCalls) {
     const Calculation calculation(call, session_);
