@@ -17,7 +17,9 @@ TEST_F(Functions, KeywordsBeyondAscii) {
   fetchReminders();
   EXPECT_EQ(call("GetItemCountForType", {text("TAS\u212A")}), numberAnswer(2));
   expectFailure(call("GetItemCountForType", {text("REM\u0130NDER")}), 9042);
+  EXPECT_EQ(call("GetItemCountForType", {text("REMINDERLIST")}), numberAnswer(1));
   expectFailure(call("GetItemCountForType", {text("tas\uFF4B")}), 9042);
+  expectFailure(call("GetItemCountForType", {text(std::string("task\0", 5))}), 9042);
   for (const std::size_t length : {32, 33, 1'000'000})
     expectFailure(call("GetItemCountForType", {text("task" + std::string(length - 4, 'k'))}), 9042);
 }
@@ -35,7 +37,7 @@ TEST_F(Functions, AWeekdayThatIsNoneIsLeftOutAndLogged) {
 
 TEST_F(Functions, TextsPassUnharmed) {
   const auto event = openEvent();
-  const std::string longText(700, 'x');
+  const std::string longText(5000, 'x');
   const std::string nearBuffer(256, 'y');
   const std::string wide = "Café \U0001F9EA\rzwölf " + std::string(300, 'z');
   for (const std::string& title : {std::string("a"), longText, nearBuffer, wide, nearBuffer.substr(1)}) {
