@@ -40,19 +40,32 @@ std::optional<Date> dateFrom(const fmx::DateTime& timestamp) {
 // What the text of a date can tell, and the host can hold.
 bool isShown(int year) { return year >= 1 && year <= 9999; }
 
+// False where the host does not take them.
+bool put(const foundation::WallFields& wall, fmx::DateTime& moment) {
+  const fmx::errcode dateFault =
+      moment.SetNormalizedDate(static_cast<fmx::int16>(wall.month), static_cast<fmx::int16>(wall.day),
+                               static_cast<fmx::int16>(wall.year));
+  const fmx::errcode timeFault = moment.SetNormalizedTime(wall.hour, static_cast<fmx::int16>(wall.minute),
+                                                          static_cast<fmx::int16>(wall.second), 0);
+  return dateFault == 0 && timeFault == 0;
+}
+
 void assign(Date date, DateForm form, fmx::Data& result) {
   const foundation::WallFields wall =
       foundation::fieldsOf(foundation::TimeZone::defaultZone()->wallTimeOf(date));
   if (!isShown(wall.year)) return;
-  fmx::DateTime& moment = dateTimeForResult();
-  moment.SetNormalizedDate(static_cast<fmx::int16>(wall.month), static_cast<fmx::int16>(wall.day),
-                           static_cast<fmx::int16>(wall.year));
-  moment.SetNormalizedTime(wall.hour, static_cast<fmx::int16>(wall.minute),
-                           static_cast<fmx::int16>(wall.second), 0);
-  if (form == DateForm::timestamp)
-    result.SetAsTimeStamp(moment);
-  else
-    result.SetAsDate(moment);
+  const auto handOver = [&](const fmx::DateTime& moment) {
+    if (form == DateForm::timestamp)
+      result.SetAsTimeStamp(moment);
+    else
+      result.SetAsDate(moment);
+  };
+  fmx::DateTime& kept = dateTimeForResult();
+  if (put(wall, kept)) return handOver(kept);
+  // The kept one may still hold an earlier date.
+  const fmx::DateTimeUniquePtr refused;
+  put(wall, *refused);
+  handOver(*refused);
 }
 
 }  // namespace
