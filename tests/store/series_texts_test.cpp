@@ -35,6 +35,39 @@ TEST_F(SeriesTexts, AMovedSeriesTakesItsExceptionsAlong) {
   EXPECT_THAT(titlesOf(*found), ElementsAre("a", "b", "a"));
 }
 
+TEST_F(SeriesTexts, ASeriesEndsWithTheSameOccurrenceAfterItMoved) {
+  const struct {
+    const char* start;
+    const char* until;
+    Date lastInstant;
+  } cases[] = {
+      {";TZID=Europe/Berlin:20240701T090000", "20240704", utc(2024, 7, 3, 22)},
+      {":20240701T090000Z", "20240704", utc(2024, 7, 4)},
+      {":20240701T090000", "20240704", utc(2024, 7, 3, 22)},
+      {":20240701T090000", "20240704T085959Z", utc(2024, 7, 4, 6, 59) + std::chrono::seconds(59)},
+      {";VALUE=DATE:20240701", "20240703T235959Z", utc(2024, 7, 2, 22)},
+      {";VALUE=DATE:20240701", "20240704T035959Z", utc(2024, 7, 2, 22)},
+      {";VALUE=DATE:20240701", "20240703T220000Z", utc(2024, 7, 2, 22)},
+  };
+  for (const auto& [start, until, lastInstant] : cases) {
+    SCOPED_TRACE(std::string(start) + " until " + until);
+    const std::string uid = std::string(start) + until;
+    const auto event = imported("BEGIN:VEVENT\r\nUID:" + uid + "\r\nDTSTART" + start +
+                                    "\r\nRRULE:FREQ=DAILY;UNTIL=" + until + "\r\nEND:VEVENT\r\n",
+                                uid);
+    const auto days = [&] { return eventsBetween(utc(2024, 1, 1), utc(2025, 1, 1))->size(); };
+    EXPECT_EQ(days(), 3U);
+    EXPECT_EQ(event->recurrenceRules().at(0).end->endDate, lastInstant);
+    const auto shift = event->isAllDay() ? hours(24) : hours(1);
+    event->setStartDate(*event->startDate() + shift);
+    event->setEndDate(*event->endDate() + shift);
+    save(event, Span::futureEvents);
+    EXPECT_EQ(days(), 3U);
+    std::optional<ek::Error> error;
+    EXPECT_TRUE(store_->removeEvent(event, Span::futureEvents, error));
+  }
+}
+
 TEST_F(SeriesTexts, OccurrencesOfTheirOwnAreNamedInTheFormOfTheirSeries) {
   constexpr struct {
     const char* start;

@@ -224,14 +224,8 @@ class SeriesReader {
       if (why_.empty()) why_ = std::string(line.name()) + ": " + reason;
       return;
     }
-    if (rule->until && series_.isAllDay && !rule->until->isDate) {
-      const WallTime until = rule->until->wall;
-      const bool endsADay =
-          rule->until->isUtc && until.time_since_epoch() % std::chrono::minutes(1) == seconds(59);
-      rule->until = {.wall = endsADay ? dayMeantBy(until) : WallTime(floor<days>(until)),
-                     .isDate = true,
-                     .isUtc = false};
-    }
+    if (rule->until && series_.isAllDay)
+      rule->until = {.wall = lastDayOf(*rule->until), .isDate = true, .isUtc = false};
     rules.push_back(*std::move(rule));
   }
 
@@ -403,6 +397,11 @@ std::optional<Date> readStamp(const ical::Component& component, std::string_view
 bool hasStatus(const ical::Component& component, std::string_view status) {
   const auto value = component.value("STATUS");
   return value && ical::equalNames(ical::trimmed(*value), status);
+}
+
+WallTime lastDayOf(const recurrence::Until& until) {
+  const bool endsADay = until.isUtc && until.wall.time_since_epoch() % std::chrono::minutes(1) == seconds(59);
+  return endsADay ? dayMeantBy(until.wall) : WallTime(floor<days>(until.wall));
 }
 
 WallTime placeInSeries(const ZonedTime& time, const ZonedTime& start) {

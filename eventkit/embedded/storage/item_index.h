@@ -74,6 +74,8 @@ Moment momentOf(const ZonedTime& time);
 // Where a RECURRENCE-ID, an EXDATE or an RDATE lies in a series with that start: wall-clock time of the
 // series' zone, 00:00 in a series of days. A date in a series with times means the occurrence of that day.
 foundation::WallTime placeInSeries(const ZonedTime& time, const ZonedTime& start);
+// The last day, as 00:00, that UNTIL leaves to a series of days.
+foundation::WallTime lastDayOf(const recurrence::Until& until);
 Date instantOf(const Moment& moment, const foundation::TimeZone& defaultZone);
 
 }  // namespace ek::embedded

@@ -123,12 +123,12 @@ Until untilAt(Date lastInstant, const ZonedTime& start) {
 }
 
 Date lastInstantOf(const Until& until, const std::optional<ZonedTime>& start) {
-  if (until.isUtc) return Date(until.wall.time_since_epoch());
   const auto defaultZone = foundation::TimeZone::defaultZone();
-  const foundation::TimeZone& zone = zoneOf(start, defaultZone);
-  const bool isWholeDay = until.isDate && start && !start->isDate;
-  return isWholeDay ? zone.instantOf(until.wall + std::chrono::days(1)) - std::chrono::seconds(1)
-                    : zone.instantOf(until.wall);
+  if (start && start->isDate) return defaultZone->instantOf(lastDayOf(until));
+  // UNTIL in UTC means an instant only where starts are instants, and a date means its first moment.
+  const bool isFloating = start && !start->zone.zone;
+  return until.isUtc && !isFloating ? Date(until.wall.time_since_epoch())
+                                    : zoneOf(start, defaultZone).instantOf(until.wall);
 }
 
 std::optional<RecurrenceRule> checkedRule(RecurrenceRule wanted) {
