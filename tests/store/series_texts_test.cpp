@@ -208,6 +208,40 @@ TEST_F(SeriesTexts, FromAnExtraDateOnTheRuleKeepsItsWeeks) {
   EXPECT_THAT(titlesOf(*found), ElementsAre("a", "b", "b", "b", "b"));
 }
 
+TEST_F(SeriesTexts, ASplitKeepsWhatEachOfSeveralRulesNames) {
+  constexpr struct {
+    const char* rules[2];
+    unsigned place;
+    const char* kept;
+  } cases[] = {
+      {{"FREQ=WEEKLY;COUNT=6", "FREQ=MONTHLY;COUNT=4"}, 2, "RRULE:FREQ=MONTHLY;BYMONTHDAY=6;COUNT=4\r\n"},
+      {{"FREQ=DAILY;COUNT=9", "FREQ=WEEKLY;UNTIL=20240701T090000Z"},
+       2,
+       "RRULE:FREQ=WEEKLY;BYDAY=MO;UNTIL=20240701T090000Z\r\n"},
+      {{"FREQ=WEEKLY;COUNT=3", "FREQ=YEARLY"}, 2, "RRULE:FREQ=YEARLY;BYMONTH=5;BYMONTHDAY=6\r\n"},
+      {{"FREQ=WEEKLY;COUNT=3", "FREQ=DAILY;INTERVAL=5;COUNT=5"}, 4, "RDATE:20240526T090000Z\r\n"},
+      {{"FREQ=WEEKLY;COUNT=6", "FREQ=DAILY;COUNT=3"}, 4, "RRULE:FREQ=WEEKLY;COUNT=4\r\nSEQUENCE"},
+  };
+  const auto starts = [this] { return startsOf(*eventsBetween(utc(2024, 1, 1), utc(2034, 1, 1))); };
+  for (const auto& [rules, place, kept] : cases) {
+    SCOPED_TRACE(kept);
+    const std::string uid = std::string(rules[1]).substr(5, 6) + std::to_string(place);
+    imported("BEGIN:VEVENT\r\nUID:" + uid + "\r\nDTSTART:20240506T090000Z\r\nRRULE:" + std::string(rules[0]) +
+                 "\r\nRRULE:" + rules[1] + "\r\nEND:VEVENT\r\n",
+             uid);
+    const auto before = starts();
+    const auto event = eventAt(before.at(place));
+    ASSERT_TRUE(event);
+    event->setTitle("b");
+    EXPECT_THAT(textAfterSave(event, Span::futureEvents), HasSubstr(kept));
+    EXPECT_EQ(starts(), before);
+    for (const Date half : {before.at(place), before.front()}) {
+      std::optional<ek::Error> error;
+      EXPECT_TRUE(store_->removeEvent(eventAt(half), Span::futureEvents, error));
+    }
+  }
+}
+
 TEST_F(SeriesTexts, ASplitSeriesLeavesOutWhatItsExclusionRulesDid) {
   // Every third day is out, counted from the first.
   imported(

@@ -59,7 +59,10 @@ Resource EventWriter::futureOf(const EmbeddedEvent& event, Resource& resource) {
   }
   future.unexclude(place);
   const std::vector<WallTime> excluded = future.excludedByRules(place);
-  if (const auto begin = event.areRulesChanged() ? std::optional(place) : nextNamedPlace(resource, place)) {
+  if (event.areRulesChanged()) {
+    future.beginAt(place, place);
+  } else if (const auto begin = nextNamedPlace(resource, place)) {
+    future.freeRulesFromStart(*begin);
     future.beginAt(place, *begin);
   } else {
     future.beginAt(place, place);

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "eventkit/embedded/ical/values.h"
+#include "eventkit/embedded/recurrence/expansion.h"
 #include "eventkit/embedded/store/fields.h"
 #include "eventkit/embedded/store/item_edit.h"
 #include "eventkit/embedded/store/rule_text.h"
@@ -56,6 +57,21 @@ void moveEnd(ical::Component& component, const ZonedTime& oldStart, const TimeFo
   const seconds length = endForm.instantOf(end->wall) - oldInstant;
   const Date start = form.instantOf(newStart);
   writeEnd(component, endForm, start, start + length);
+}
+
+// The places of a series from that one on, of an endless one those of ten years. `from`: its instant.
+std::vector<WallTime> placesFrom(const recurrence::Series& series, WallTime place, Date from) {
+  constexpr auto kTenYears = days(3653);
+  // A last one without a length begins where the series ends.
+  const Date to =
+      std::min(recurrence::extentOf(series).hi, std::max(from, foundation::now()) + kTenYears) + seconds(1);
+  std::vector<recurrence::Occurrence> occurrences;
+  recurrence::occurrencesIn(series, {from, to}, *TimeZone::defaultZone(), occurrences);
+  std::vector<WallTime> found;
+  for (const recurrence::Occurrence& each : occurrences)
+    if (each.recurrenceId >= place) found.push_back(each.recurrenceId);
+  std::ranges::sort(found);
+  return found;
 }
 
 }  // namespace
@@ -188,25 +204,48 @@ std::vector<WallTime> Resource::excludedByRules(WallTime place) const {
   const auto* entry = std::get_if<SeriesEvent>(&whole.entry);
   if (entry == nullptr) return {};
   recurrence::Series series = entry->series;
-  const auto defaultZone = TimeZone::defaultZone();
   const Date from = form().instantOf(place);
-  constexpr auto kTenYears = days(3653);
-  const Date to = std::min(recurrence::extentOf(series).hi, std::max(from, foundation::now()) + kTenYears);
-  const auto placesOf = [&] {
-    std::vector<recurrence::Occurrence> occurrences;
-    recurrence::occurrencesIn(series, {from, to}, *defaultZone, occurrences);
-    std::vector<WallTime> found;
-    for (const recurrence::Occurrence& each : occurrences)
-      if (each.recurrenceId >= place) found.push_back(each.recurrenceId);
-    std::ranges::sort(found);
-    return found;
-  };
-  const std::vector<WallTime> left = placesOf();
+  const std::vector<WallTime> left = placesFrom(series, place, from);
   series.exclusionRules.clear();
-  const std::vector<WallTime> all = placesOf();
+  const std::vector<WallTime> all = placesFrom(series, place, from);
   std::vector<WallTime> excluded;
   std::ranges::set_difference(all, left, std::back_inserter(excluded));
   return excluded;
+}
+
+void Resource::freeRulesFromStart(WallTime newStart) {
+  const WallTime oldStart = start();
+  const Date from = form().instantOf(newStart);
+  recurrence::Series series = bareSeries();
+  series.extraDates.clear();
+  series.overrides.clear();
+  const auto placesOf = [&](const recurrence::Rule& rule, WallTime start) {
+    series.start = start;
+    series.rules = {rule};
+    recurrence::prepare(series);
+    return placesFrom(series, newStart + seconds(1), from);
+  };
+  std::vector<WallTime> dates;
+  editRules([&](const ical::Line& line) -> std::optional<std::string> {
+    const auto rule = recurrence::parseRule(line.value());
+    if (!rule) return std::string(line.value());
+    recurrence::Expansion expansion(*rule, oldStart, series.isAllDay);
+    expansion.seek(newStart);
+    if (expansion.next() == newStart) return std::string(line.value());
+    const std::vector<WallTime> wanted = placesOf(*rule, oldStart);
+    if (wanted.empty()) return std::nullopt;
+
+    const std::string free = ruleFreeFromStart(line.value(), *rule, oldStart);
+    recurrence::Rule later = *recurrence::parseRule(free);
+    // The new start counts, although the rule does not name it.
+    const std::int64_t count = rule->count.value_or(0) + 1;
+    if (rule->count) later.count = count - countBefore(*rule, newStart);
+    if (placesOf(later, newStart) == wanted) return rule->count ? ruleWithCount(free, count) : free;
+    dates.insert(dates.end(), wanted.begin(), wanted.end());
+    return std::nullopt;
+  });
+  const TimeForm written = form();
+  for (const WallTime place : dates) master().add(written.line("RDATE", place));
 }
 
 void Resource::excludeByDates(const std::vector<WallTime>& places) {

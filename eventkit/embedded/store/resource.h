@@ -50,6 +50,10 @@ class Resource {
   // The occurrences before `place` are gone. The series starts with `start`, the next place that the rules
   // name: they go on from there.
   void beginAt(WallTime place, WallTime start);
+  // Before the series begins at a place that not all rules name: those that do not say themselves what they
+  // took from the start, and one that cannot go on from there becomes the dates that it names (of an endless
+  // rule those of ten years).
+  void freeRulesFromStart(WallTime newStart);
   // The places from that one on that an EXRULE takes away; of an endless series those of ten years.
   std::vector<WallTime> excludedByRules(WallTime place) const;
   // These places in place of the EXRULEs.
