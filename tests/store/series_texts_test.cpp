@@ -35,6 +35,24 @@ TEST_F(SeriesTexts, AMovedSeriesTakesItsExceptionsAlong) {
   EXPECT_THAT(titlesOf(*found), ElementsAre("a", "b", "a"));
 }
 
+TEST_F(SeriesTexts, AMoveTakesAlongWhatWasSaidOfExtraDates) {
+  // The first excluded date is that of no occurrence.
+  const auto event = imported(
+      "BEGIN:VEVENT\r\nUID:1\r\nDTSTART:20240501T090000Z\r\nSUMMARY:a\r\n"
+      "RRULE:FREQ=DAILY;INTERVAL=2;COUNT=3\r\nRDATE:20240510T090000Z,20240512T090000Z\r\n"
+      "EXDATE:20240502T090000Z,20240512T090000Z\r\nEND:VEVENT\r\n"
+      "BEGIN:VEVENT\r\nUID:1\r\nRECURRENCE-ID:20240510T090000Z\r\nDTSTART:20240510T090000Z\r\n"
+      "SUMMARY:b\r\nEND:VEVENT\r\n",
+      "1");
+  event->setStartDate(*event->startDate() + hours(24));
+  event->setEndDate(*event->endDate() + hours(24));
+  save(event, Span::futureEvents);
+  const auto found = eventsBetween(utc(2024, 1, 1), utc(2025, 1, 1));
+  EXPECT_THAT(startsOf(*found),
+              ElementsAre(utc(2024, 5, 2, 9), utc(2024, 5, 4, 9), utc(2024, 5, 6, 9), utc(2024, 5, 11, 9)));
+  EXPECT_THAT(titlesOf(*found), ElementsAre("a", "a", "a", "b"));
+}
+
 TEST_F(SeriesTexts, ASeriesEndsWithTheSameOccurrenceAfterItMoved) {
   const struct {
     const char* start;

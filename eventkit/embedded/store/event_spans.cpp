@@ -126,6 +126,8 @@ EventWriter::Saved EventWriter::saveSeparately(const EmbeddedEvent& event, Resou
 
 std::optional<WallTime> EventWriter::editWhole(const EmbeddedEvent& event, Resource& resource,
                                                RowId calendar) {
+  const bool changesRules = event.areRulesChanged();
+  if (changesRules || event.isTimeChanged()) resource.dropIdleExclusions();
   const SeriesPlaces before = resource.places();
   const WallTime oldStart = resource.start();
   const std::optional<WallTime> place = event.placement().recurrenceId;
@@ -136,7 +138,6 @@ std::optional<WallTime> EventWriter::editWhole(const EmbeddedEvent& event, Resou
   ical::Component& master = resource.master();
   writeTexts(master, event);
   writeAlarms(master, event, anchorOf(master, resource.zones()));
-  const bool changesRules = event.areRulesChanged();
   if (changesRules) writeRules(master, event, *readTime(*master.find("DTSTART"), resource.zones()));
   stamp(master, now_, event.isTimeChanged() || changesRules);
 

@@ -264,10 +264,20 @@ void Resource::moveRuleEnds(const TimeForm& newForm, WallTime newStart) {
   });
 }
 
-void Resource::rebase(const SeriesPlaces& old, seconds shift) {
+void Resource::dropIdleExclusions() {
   const recurrence::Series series = bareSeries();
   const auto defaultZone = TimeZone::defaultZone();
-  const auto placed = [&](WallTime wall) { return series.isAllDay ? WallTime(floor<days>(wall)) : wall; };
+  mapDates("EXDATE", places(), [&](WallTime each) {
+    return recurrence::occurrenceAt(series, each, *defaultZone) ? std::optional(each) : std::nullopt;
+  });
+}
+
+void Resource::rebase(const SeriesPlaces& old, seconds shift) {
+  const bool isAllDay = form().kind == TimeForm::Kind::day;
+  const auto placed = [&](WallTime wall) { return isAllDay ? WallTime(floor<days>(wall)) : wall; };
+  mapDates("RDATE", old, [&](WallTime each) { return std::optional(placed(each + shift)); });
+  const recurrence::Series series = bareSeries();
+  const auto defaultZone = TimeZone::defaultZone();
   const auto isPlace = [&](WallTime wall) {
     return recurrence::occurrenceAt(series, wall, *defaultZone).has_value();
   };
@@ -277,7 +287,6 @@ void Resource::rebase(const SeriesPlaces& old, seconds shift) {
       if (isPlace(place)) return place;
     return std::nullopt;
   };
-  mapDates("RDATE", old, [&](WallTime each) { return std::optional(placed(each + shift)); });
   mapDates("EXDATE", old, mapping);
   mapOverrides(old, mapping);
 }

@@ -60,6 +60,9 @@ class Resource {
   void excludeByDates(const std::vector<WallTime>& places);
   // Before the start is moved there: dates on which rules end move along.
   void moveRuleEnds(const TimeForm& newForm, WallTime newStart);
+  // Before the start or the rules change: dates that exclude nothing are not to exclude what comes to be
+  // there.
+  void dropIdleExclusions();
   // After the start has moved by `shift` or the rules have become others: what was said of single occurrences
   // is said of those that they are now, and dropped where there are none. `old`: from before.
   void rebase(const SeriesPlaces& old, std::chrono::seconds shift);
