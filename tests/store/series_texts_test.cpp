@@ -239,6 +239,9 @@ TEST_F(SeriesTexts, ASplitKeepsWhatEachOfSeveralRulesNames) {
       {{"FREQ=WEEKLY;COUNT=3", "FREQ=YEARLY"}, 2, "RRULE:FREQ=YEARLY;BYMONTH=5;BYMONTHDAY=6\r\n"},
       {{"FREQ=WEEKLY;COUNT=3", "FREQ=DAILY;INTERVAL=5;COUNT=5"}, 4, "RDATE:20240526T090000Z\r\n"},
       {{"FREQ=WEEKLY;COUNT=6", "FREQ=DAILY;COUNT=3"}, 4, "RRULE:FREQ=WEEKLY;COUNT=4\r\nSEQUENCE"},
+      {{"FREQ=DAILY;UNTIL=20240508T090000Z\r\nRDATE:20240510T090000Z", "FREQ=WEEKLY;COUNT=3"},
+       3,
+       "RRULE:FREQ=WEEKLY;COUNT=2\r\n"},
   };
   const auto starts = [this] { return startsOf(*eventsBetween(utc(2024, 1, 1), utc(2034, 1, 1))); };
   for (const auto& [rules, place, kept] : cases) {

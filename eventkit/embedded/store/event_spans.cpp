@@ -25,9 +25,9 @@ std::optional<WallTime> nextNamedPlace(const Resource& resource, WallTime place)
     recurrence::Expansion expansion(*rule, resource.start(), isDay);
     expansion.seek(place);
     const std::optional<WallTime> named = expansion.next();
-    if (named && (!next || *named < *next)) next = named;
+    if (named && (!next || *named < *next) && resource.isNamedByRules(*named)) next = named;
   }
-  return next && resource.isNamedByRules(*next) ? next : std::nullopt;
+  return next;
 }
 
 bool hasPeriods(const ical::Component& series) {
