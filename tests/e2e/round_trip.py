@@ -63,6 +63,10 @@ def editable(data):
     return None
 
 
+def with_last_line_ended(data):
+    return data if data.endswith(b"\n") else data + (b"\r\n" if b"\r" in data else b"\n")
+
+
 def export(store, target):
     done = subprocess.run([zunocal, "--store", str(store), "export", "-o", str(target)], capture_output=True, text=True)
     expect(done.returncode == 0, f"export: {done.stderr}")
@@ -101,11 +105,10 @@ def trip(file, folder):
     imported = subprocess.run([zunocal, "--store", str(store), "import", str(file)], capture_output=True, text=True)
     if imported.returncode != 0:
         return "not imported"
+    untouched = export(store, folder / f"{file.stem}.untouched.ics")
+    expect(untouched == with_last_line_ended(original), "an untouched export differs")
     if " 0 skipped" not in imported.stdout:
         return "not read without loss"
-    untouched = export(store, folder / f"{file.stem}.untouched.ics")
-    expect(counted(components(untouched)) == counted(components(original)), "an untouched export differs")
-    expect([path for path, _ in components(untouched)] == [path for path, _ in components(original)], "the order changed")
     uid = editable(original)
     if uid is None:
         return "nothing plain to edit"
@@ -141,4 +144,4 @@ with tempfile.TemporaryDirectory() as name:
         print(f"{file.name}: {outcome}")
         outcomes[outcome] += 1
     expect(not failures, f"{failures} of {len(files)} files")
-    expect(outcomes["edited"] >= 3, f"too few files could be edited: {dict(outcomes)}")
+    expect(outcomes["edited"] >= 3 and outcomes["not whole"] < 8, f"too few files could be edited: {dict(outcomes)}")

@@ -1,8 +1,5 @@
-#include <algorithm>
-#include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <set>
 
 #include "eventkit/embedded/storage/import_text.h"
 #include "tests/storage/store_fixture.h"
@@ -49,29 +46,6 @@ TEST_F(Export, GivesAnImportedFileBack) {
       EXPECT_EQ(exported({title}), variant);
     }
   }
-}
-
-// Events without a UID get one; without anything in it a file is no calendar; bare components get a header;
-// a line that is none is left out.
-const std::set<std::string> kIncomplete = {"ical4j--13-MoonPhase", "icalendar--bom_calendar",
-                                           "icalendar--broken_ical", "icalendar--issue_104_broken_calendar"};
-
-TEST_F(Export, GivesRealFilesBack) {
-  std::size_t files = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(ZUNO_TEST_DATA "/ics")) {
-    const std::string title = entry.path().stem().string();
-    if (entry.path().extension() != ".ics" || kIncomplete.contains(title)) continue;
-    SCOPED_TRACE(title);
-    Importer importer(*database_, {.title = title});
-    importer.importPath(entry.path());
-    if (importer.report().unreadableFiles > 0) continue;
-    std::string why;
-    std::string original = *readFile(entry.path().string(), why);
-    if (!original.ends_with('\n')) original += original.find('\r') == std::string::npos ? "\n" : "\r\n";
-    EXPECT_EQ(exported({title}), original);
-    ++files;
-  }
-  EXPECT_GE(files, 20u);
 }
 
 TEST_F(Export, NormalisesLineBreaksOnlyWhereAFileMixesThem) {
