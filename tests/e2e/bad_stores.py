@@ -29,6 +29,8 @@ def behaves_as_refused(path):
         for kind in ("calendar", "reminderlist"):
             expect(session(f'Zuno_GetItemCountForType ( "{kind}" )') == "0", f"{path}: a store with a {kind}")
         expect(session('Zuno_EventsFetch ( "" ; "" ; "" ; "" )') == ERROR and session.error() == 9004, f"{path}: fetch")
+        for kind, error in (("event", 9001), ("reminder", 9059)):
+            expect(session(f'Zuno_OpenItemWithUID ( "{kind}" ; "x" )') == ERROR and session.error() == error, f"{path}: opening")
         expect(session('Zuno_NewItem ( "event" )') == "0", f"{path}: a new item needs no store")
         expect(session('Zuno_SaveItem ( "event" ; "this" )') == ERROR, f"{path}: a save that succeeded")
         expect(session.error() == 9018, f"{path}: error {session.error()}")
