@@ -1,8 +1,8 @@
 """What scripts see of each function: sessions of calculations and their values, on an imported calendar.
 
 A file is one session: "> calculation", then "TYPE VALUE" as the host shows it, or "error NUMBER" for the error mark with
-that last error. "zone NAME" sets the session's time zone. A carriage return is written \\r, and $OFFSET stands for
-today's whole hours east of GMT."""
+that last error; a call without an answer succeeds with the number 0. "zone NAME" sets the session's time zone. A carriage
+return is written \\r, and $OFFSET stands for today's whole hours east of GMT."""
 import datetime
 import json
 import pathlib
@@ -20,7 +20,7 @@ def read(path):
         if line.startswith("zone "):
             zone = line.removeprefix("zone ")
         elif line.startswith("> "):
-            steps.append([number, line.removeprefix("> "), None])
+            steps.append([number, line.removeprefix("> "), "number 0"])
         elif line and not line.startswith("#"):
             steps[-1][2] = line
     return zone, steps

@@ -70,30 +70,6 @@ TEST_F(Attributes, PrioritiesAreWords) {
   }
 }
 
-TEST_F(Attributes, OfAnAlarm) {
-  const auto event = openEvent();
-  const auto alarm = std::make_shared<FakeAlarm>();
-  event->alarmList = {std::make_shared<FakeAlarm>(), alarm};
-  event->alarmList.front()->setEmailAddress("first@example.org");
-  ASSERT_EQ(backend_.openAlarmAt(2), 0);
-  EXPECT_EQ(this->alarm("relativetrigger"), "(none)");
-  EXPECT_EQ(this->alarm("action"), "display");
-  alarm->offset = -900;
-  alarm->setEmailAddress("second@example.org");
-  EXPECT_EQ(this->alarm("RelativeTrigger"), "-900.000000");
-  EXPECT_EQ(this->alarm("absolutetrigger"), "(none)");
-  EXPECT_EQ(this->alarm("action") + this->alarm("emailaddress"), "emailsecond@example.org");
-  EXPECT_EQ(this->alarm("Email"), "first@example.org");
-  alarm->setAbsoluteDate(utc(2024, 5, 1));
-  alarm->setSoundName("Basso");
-  EXPECT_EQ(this->alarm("absolutetrigger"), "2024-05-01 02:00:00 +0200");
-  EXPECT_EQ(this->alarm("relativetrigger"), "");
-  EXPECT_EQ(this->alarm("action") + this->alarm("sound"), "soundBasso");
-  alarm->setUrl("file:///bin/true");
-  EXPECT_EQ(this->alarm("action") + this->alarm("url"), "procedurefile:///bin/true");
-  EXPECT_EQ(takeError(), 0);
-}
-
 TEST_F(Attributes, OfAnAttendee) {
   const auto event = openEvent();
   event->people.resize(1);

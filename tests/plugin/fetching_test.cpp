@@ -157,15 +157,9 @@ TEST_F(Lookups, AnEventCalendarIsFoundBeforeAListOfTheSameTitle) {
 }
 
 TEST_F(Lookups, ColorsByName) {
-  const struct {
-    const char* name;
-    ek::Color color;
-  } cases[] = {{"black", {0, 0, 0}},      {"Blue", {0, 0, 1}},     {"BROWN", {0.6, 0.4, 0.2}},
-               {"clear", {0, 0, 0, 0}},   {"cyan", {0, 1, 1}},     {"DarkGray", {1.0 / 3, 1.0 / 3, 1.0 / 3}},
-               {"gray", {0.5, 0.5, 0.5}}, {"green", {0, 1, 0}},    {"lightgray", {2.0 / 3, 2.0 / 3, 2.0 / 3}},
-               {"magenta", {1, 0, 1}},    {"orange", {1, 0.5, 0}}, {"purple", {0.5, 0, 0.5}},
-               {"red", {1, 0, 0}},        {"white", {1, 1, 1}},    {"yellow", {1, 1, 0}}};
-  for (const auto& [name, color] : cases) EXPECT_EQ(iCalEKFunctions::colorFromString(name), color) << name;
+  EXPECT_EQ(iCalEKFunctions::colorFromString("BROWN"), (ek::Color{0.6, 0.4, 0.2}));
+  EXPECT_EQ(iCalEKFunctions::colorFromString("DarkGray"), (ek::Color{1.0 / 3, 1.0 / 3, 1.0 / 3}));
+  EXPECT_EQ(iCalEKFunctions::colorFromString("clear"), (ek::Color{0, 0, 0, 0}));
   for (const TextArgument name : {TextArgument("dark gray"), TextArgument("grey"), TextArgument()})
     EXPECT_EQ(iCalEKFunctions::colorFromString(name), std::nullopt);
 }

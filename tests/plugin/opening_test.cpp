@@ -5,14 +5,6 @@ namespace {
 
 using Opening = BackendTest;
 
-TEST_F(Opening, TheQueryRunsAgainEachTime) {
-  fetchEvents();
-  store_.addEvent("Late", work_);
-  expectOutcome(backend_.openEventAt(4), 0);
-  EXPECT_EQ(event("title"), "Late");
-  EXPECT_EQ(backend_.getObjectCount("event"), 4);
-}
-
 TEST_F(Opening, WhatHasGoneSinceIsNotOpened) {
   fetchEvents();
   store_.givesNull = true;

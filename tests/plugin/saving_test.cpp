@@ -83,21 +83,6 @@ class Removing : public BackendTest {
   const std::string reminder_ = store_.reminders().front()->identifier;
 };
 
-TEST_F(Removing, ByIdentifier) {
-  expectOutcome(backend_.removeItem("EVENT", event_, utc(2024, 1, 1), "This"), 0);
-  EXPECT_EQ(store_.lastSpan, Span::thisEvent);
-  EXPECT_EQ(store_.events().size(), 2U);
-  for (const char* span : {"future", "all"}) {
-    expectOutcome(backend_.removeItem("event", store_.events().front()->identifier, {}, span), 0);
-    EXPECT_EQ(store_.lastSpan, Span::futureEvents);
-  }
-  expectOutcome(backend_.removeItem("task", reminder_, {}, {}), 0);
-  EXPECT_EQ(store_.reminders().size(), 1U);
-  expectOutcome(backend_.removeItem("calendar", chores_->identifier, {}, {}), 0);
-  expectOutcome(backend_.removeItem("reminderlist", work_->identifier, {}, "this"), 0);
-  EXPECT_EQ(backend_.getObjectCount("calendar"), 0);
-}
-
 TEST_F(Removing, Refusals) {
   store_.refuse(kRefusal);
   expectOutcome(backend_.removeItem("calendar", work_->identifier, {}, {}), 9022);

@@ -21,39 +21,6 @@ TEST_F(Creating, FailsByType) {
 
 using Setting = BackendTest;
 
-TEST_F(Setting, PropertiesOfAnEventAreSetAndEmptied) {
-  const auto event = openEvent();
-  const Date start = utc(2024, 5, 1, 9);
-  expectOutcome(backend_.setEventProp("StartDate", Value(start)), 0);
-  expectOutcome(backend_.setEventProp("EndDate", Value(start)), 0);
-  EXPECT_TRUE(event->start == start && event->end == start);
-  const std::pair<const char*, OptionalText*> texts[] = {{"location", &event->place},
-                                                         {"Title", &event->name},
-                                                         {"notes", &event->remarks},
-                                                         {"URL", &event->link}};
-  for (const auto& [keyword, text] : texts) {
-    expectOutcome(backend_.setEventProp(keyword, Value("a\rb")), 0);
-    EXPECT_EQ(*text, "a\rb") << keyword;
-    expectOutcome(backend_.setEventProp(keyword, Value()), 0);
-    EXPECT_EQ(*text, std::nullopt) << keyword;
-  }
-}
-
-TEST_F(Setting, OnlyTrueIsTrue) {
-  const auto event = openEvent();
-  const auto reminder = openReminder();
-  const std::pair<Value, bool> cases[] = {{"TRUE", true}, {"yes", false},   {"true", true}, {"1", false},
-                                          {"True", true}, {"true ", false}, {"True", true}, {Value(), false}};
-  for (const auto& [value, truth] : cases) {
-    openEvent();
-    EXPECT_EQ(backend_.setEventProp("isallday", value), 0);
-    EXPECT_EQ(event->allDay, truth);
-    openReminder();
-    EXPECT_EQ(backend_.setReminderProp("isCompleted", value), 0);
-    EXPECT_EQ(reminder->completed, truth);
-  }
-}
-
 TEST_F(Setting, MovesAnItemToAnotherCalendar) {
   const auto home = store_.addCalendar("Home");
   store_.addCalendar("Chores");
@@ -112,18 +79,6 @@ TEST_F(Setting, PropertiesOfAReminder) {
   EXPECT_EQ(reminder->due->zone, nullptr);
   expectOutcome(backend_.setReminderProp("title", Value("Bulb")), 0);
   EXPECT_EQ(reminder->name, "Bulb");
-}
-
-TEST_F(Setting, PrioritiesByWord) {
-  const auto reminder = openReminder();
-  const std::pair<Value, int> cases[] = {{"HIGH", 1}, {"none", 0}, {"Medium", 5}, {Value(), 0}, {"low", 9}};
-  for (const auto& [value, priority] : cases) {
-    expectOutcome(backend_.setReminderProp("priority", value), 0);
-    EXPECT_EQ(reminder->rank, priority);
-  }
-  EXPECT_EQ(backend_.setReminderProp("priority", Value("urgent")), 0);
-  EXPECT_EQ(takeError(), 9005);
-  EXPECT_EQ(reminder->rank, 9);
 }
 
 TEST_F(Setting, ColorsInThreeNumbers) {
