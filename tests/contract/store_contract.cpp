@@ -1,6 +1,5 @@
 #include "tests/contract/store_contract.h"
 
-#include <cstdlib>
 #include <future>
 #include <ostream>
 
@@ -15,20 +14,6 @@ namespace ek::contract {
 void PrintTo(const StoreKind& kind, std::ostream* out) { *out << kind.name; }
 
 std::string kindName(const testing::TestParamInfo<StoreKind>& info) { return info.param.name; }
-
-BerlinTime::BerlinTime() {
-  if (const char* before = std::getenv("TZ")) before_ = before;
-  ::setenv("TZ", "Europe/Berlin", 1);
-  ::tzset();
-}
-
-BerlinTime::~BerlinTime() {
-  if (before_)
-    ::setenv("TZ", before_->c_str(), 1);
-  else
-    ::unsetenv("TZ");
-  ::tzset();
-}
 
 Date utc(int year, unsigned month, unsigned day, int hour, int minute, int second) {
   return std::chrono::sys_days(std::chrono::year(year) / static_cast<int>(month) / static_cast<int>(day)) +

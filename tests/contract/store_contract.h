@@ -16,6 +16,7 @@
 
 #include "eventkit/event_store.h"
 #include "tests/contract/differences.h"
+#include "tests/foundation/scoped_variable.h"
 
 namespace ek::contract {
 
@@ -34,18 +35,6 @@ struct StoreKind {
 };
 void PrintTo(const StoreKind& kind, std::ostream* out);
 std::string kindName(const testing::TestParamInfo<StoreKind>& info);
-
-// Local time is Berlin's for as long as this lives.
-class BerlinTime {
- public:
-  BerlinTime();
-  ~BerlinTime();
-  BerlinTime(const BerlinTime&) = delete;
-  BerlinTime& operator=(const BerlinTime&) = delete;
-
- private:
-  std::optional<std::string> before_;
-};
 
 using std::chrono::days;
 using std::chrono::hours;
@@ -94,7 +83,7 @@ class StoreContract : public testing::TestWithParam<StoreKind> {
   std::shared_ptr<Event> reread(const std::shared_ptr<Event>& event);
   std::shared_ptr<Reminder> reread(const std::shared_ptr<Reminder>& reminder);
 
-  BerlinTime localTime_;
+  ScopedVariable localTime_{"TZ", "Europe/Berlin"};
   std::unique_ptr<Database> database_;
   std::shared_ptr<EventStore> store_;
   std::shared_ptr<Calendar> calendar_;

@@ -1,36 +1,15 @@
 // The plug-in file itself in the host, on a store of its own: what only both together can get wrong.
-#include <array>
-#include <cstdlib>
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <set>
 #include <string>
-#include <thread>
-#include <vector>
 
 #include "host/output.h"
 #include "host/session.h"
+#include "tests/foundation/scoped_variable.h"
+#include "tests/storage/temporary_folder.h"
 
 namespace fmhost {
 namespace {
-
-class TemporaryStore {
- public:
-  TemporaryStore() {
-    std::string folder = (std::filesystem::temp_directory_path() / "zuno-host-XXXXXX").string();
-    folder_ = mkdtemp(folder.data());
-    setenv("ZUNO_STORE", (folder_ / "calendars.sqlite").c_str(), 1);
-  }
-  ~TemporaryStore() {
-    unsetenv("ZUNO_STORE");
-    std::filesystem::remove_all(folder_);
-  }
-  TemporaryStore(const TemporaryStore&) = delete;
-  TemporaryStore& operator=(const TemporaryStore&) = delete;
-
- private:
-  std::filesystem::path folder_;
-};
 
 class Zuno : public testing::Test {
  protected:
@@ -39,11 +18,8 @@ class Zuno : public testing::Test {
     EXPECT_EQ(Plugin::standIn().describeLiveObjects(), "");
   }
 
-  static std::string evaluate(Session& session, std::u16string_view calculation) {
-    return shown(session.evaluate(calculation));
-  }
-
-  TemporaryStore store_;
+  zuno_test::TemporaryFolder folder_;
+  ScopedVariable store_{"ZUNO_STORE", folder_.file("calendars.sqlite")};
   Plugin plugin_{ZUNO_FILE};
   Session session_{plugin_};
 };
@@ -93,47 +69,9 @@ TEST_F(Zuno, NoHostFailureInAnyFunctionLeaksOrBreaksTheNextCall) {
       }
       standIn.cancelFailure();
       EXPECT_GT(n, 2) << "no host call was made";
-      ASSERT_EQ(evaluate(session_, u"Zuno_Version"), "3.0.1.0");
+      ASSERT_EQ(shown(session_.evaluate(u"Zuno_Version")), "3.0.1.0");
     }
   }
-}
-
-TEST_F(Zuno, EachSessionHasItsOwnCursorAndErrors) {
-  constexpr int kSessions = 4;
-  std::array<std::string, kSessions> faults;
-  {
-    std::vector<std::jthread> threads;
-    for (std::size_t i = 0; i < kSessions; ++i) {
-      threads.emplace_back([this, i, &fault = faults[i]] {
-        Session session(plugin_);
-        const Text title = widened("Event of session " + std::to_string(i));
-        session.setVariable(u"$title", Value::ofText(title));
-        for (int turn = 0; turn < 20 && fault.empty(); ++turn) {
-          const std::string answer = evaluate(session,
-                                              u"Let ( [ a = Zuno_NewItem ( \"event\" ) ; b = "
-                                              u"Zuno_SetProperty ( \"event\" ; \"title\" ; $title ) ] "
-                                              u"; a & b & Zuno_GetProperty ( \"event\" ; \"title\" ) )");
-          if (answer != "00Event of session " + std::to_string(i)) fault = answer;
-          const std::string error = evaluate(
-              session,
-              i % 2 == 0 ? u"Let ( a = Zuno_OpenItemAt ( \"event\" ; 1 ) ; Zuno_GetLastError ( \"Number\" ) )"
-                         : u"Zuno_GetLastError ( \"Number\" )");
-          if ((error == "0") != (i % 2 == 1)) fault = "error " + error;
-        }
-      });
-    }
-  }
-  for (const std::string& fault : faults) EXPECT_EQ(fault, "");
-}
-
-TEST_F(Zuno, StepsAndFunctionsGiveTheSameAnswers) {
-  for (const Registration& step : plugin_.steps()) {
-    const Registration* const function = plugin_.function(step.name);
-    ASSERT_NE(function, nullptr);
-    EXPECT_EQ(function->id, step.id);
-    EXPECT_EQ(function->function, step.function);
-  }
-  EXPECT_EQ(plugin_.steps().size(), 18U);
 }
 
 }  // namespace

@@ -44,7 +44,7 @@ class BridgeTest : public testing::Test {
     return store_->predicateForEvents(from, to, {store_->defaultCalendarForNewEvents()});
   }
 
-  contract::BerlinTime localTime_;
+  ScopedVariable localTime_{"TZ", "Europe/Berlin"};
   stand_in::Database database_;
   std::shared_ptr<EventStore> store_ = open();
 };

@@ -1,4 +1,3 @@
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
@@ -7,6 +6,7 @@
 #include <regex>
 
 #include "plugin/shell/plugin_logger.h"
+#include "tests/storage/temporary_folder.h"
 
 namespace zuno {
 namespace {
@@ -16,15 +16,8 @@ namespace fs = std::filesystem;
 // In a folder of its own, which is the current one at the start, as the logger changes it.
 class Logger : public testing::Test {
  protected:
-  Logger() : before_(fs::current_path()) {
-    std::string name = (fs::temp_directory_path() / "zuno-log-XXXXXX").string();
-    folder_ = fs::canonical(mkdtemp(name.data()));
-    fs::current_path(folder_);
-  }
-  ~Logger() override {
-    fs::current_path(before_);
-    fs::remove_all(folder_);
-  }
+  Logger() { fs::current_path(folder_); }
+  ~Logger() override { fs::current_path(before_); }
   std::string path(const std::string& folder = "a/b") const {
     return (folder_ / folder / "LogFile.txt").string();
   }
@@ -44,8 +37,9 @@ class Logger : public testing::Test {
     return lines;
   }
 
-  fs::path before_;
-  fs::path folder_;
+  const fs::path before_ = fs::current_path();
+  const zuno_test::TemporaryFolder own_;
+  const fs::path folder_ = fs::canonical(own_.path());
 };
 
 TEST_F(Logger, IndentsByDepth) {

@@ -1,7 +1,5 @@
 #include "plugin/shell/sessions.h"
 
-#include <thread>
-
 #include "tests/plugin/host_test.h"
 
 namespace zuno::test {
@@ -92,29 +90,6 @@ TEST_F(Sessions, ACallWithinACallLeavesTheFirstAsItWas) {
   }
   call("Version", {}, other);
   EXPECT_EQ(event("title"), "Review");
-}
-
-// Two sessions on threads of their own, as a server runs them; each has to find what it opened itself.
-TEST_F(Sessions, OnThreadsOfTheirOwn) {
-  store_.reset();
-  work_ = store_.addCalendar("Work");
-  for (int i = 1; i <= 20; ++i) store_.addEvent(std::to_string(i), work_);
-  const auto work = [this](std::uint64_t session, int step, int* wrong) {
-    for (int round = 0; round < 300; ++round) {
-      const int position = round * step % 20 + 1;
-      open(position, session);
-      if (title(session) != textAnswer(std::to_string(position))) ++*wrong;
-      if (call("OpenItemAt", {text("event"), number(21)}, session) != kFailure) ++*wrong;
-      if (lastError(session).first != 9002) ++*wrong;
-    }
-  };
-  int wrong[3] = {};
-  std::thread one(work, fresh(), 1, &wrong[0]);
-  std::thread other(work, fresh(), 3, &wrong[1]);
-  work(fresh(), 7, &wrong[2]);
-  one.join();
-  other.join();
-  EXPECT_EQ(wrong[0] + wrong[1] + wrong[2], 0);
 }
 
 }  // namespace
