@@ -59,17 +59,3 @@ TEST(DateText, IsWrittenWithTheOffsetOfThatDate) {
   EXPECT_EQ(description(foundation::distantPast(), *TimeZone::utc()), "0001-01-01 00:00:00 +0000");
   EXPECT_EQ(description(foundation::distantFuture(), *TimeZone::utc()), "4001-01-01 00:00:00 +0000");
 }
-
-TEST(DateText, ReadsBackWhatItWrites) {
-  const auto zone = TimeZone::named("Asia/Kolkata");
-  ASSERT_TRUE(zone);
-  for (std::int64_t seconds = -2'000'000'000; seconds < 6'000'000'000; seconds += 98'765'431)
-    EXPECT_EQ(dateWithString(description(at(seconds), *zone)), at(seconds));
-}
-
-TEST(WallFields, ComeApartAndTogetherBeforeAndAfter1970) {
-  for (const foundation::WallFields& fields :
-       {foundation::WallFields{1969, 12, 31, 23, 59, 59}, foundation::WallFields{2000, 2, 29, 0, 0, 1},
-        foundation::WallFields{1, 1, 1, 12, 30, 0}, foundation::WallFields{9999, 12, 31, 23, 59, 59}})
-    EXPECT_EQ(foundation::fieldsOf(foundation::wallTimeFrom(fields)), fields);
-}

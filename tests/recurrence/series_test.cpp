@@ -11,7 +11,6 @@ namespace {
 
 using foundation::TimeZone;
 using std::chrono::days;
-using std::chrono::hours;
 using std::chrono::seconds;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -84,18 +83,6 @@ TEST_F(Windows, HoldTheFirstOfMoreThanAnAnswerCan) {
   ASSERT_EQ(found.size(), 3U);
   EXPECT_EQ(found[0].start, utcDate("20291231T230001"));
   EXPECT_EQ(found[2].start, utcDate("20291231T230003"));
-}
-
-TEST(Series, KeepsItsWallClockThroughTheYear) {
-  const Series series = seriesOf("20240110T090000", "Europe/Berlin", "FREQ=MONTHLY;COUNT=12");
-  const auto found = occurrences(series, utcDate("20240101T000000"), utcDate("20250101T000000"));
-  ASSERT_EQ(found.size(), 12U);
-  EXPECT_EQ(found[2].start, utcDate("20240310T080000"));
-  EXPECT_EQ(found[3].start, utcDate("20240410T070000"));
-  for (const Occurrence& occurrence : found) {
-    EXPECT_EQ(series.zone->wallTimeOf(occurrence.start), occurrence.recurrenceId);
-    EXPECT_EQ(occurrence.end - occurrence.start, hours(1));
-  }
 }
 
 TEST(Series, LengthsInDaysFollowTheWallClockAndSecondsDoNot) {

@@ -327,11 +327,6 @@ TEST_F(StoreVersion, WithinATransactionIsThatOfItsBeginning) {
   EXPECT_TRUE(hasChanged());
 }
 
-TEST_F(StoreVersion, OfTwoConnectionsDiffer) {
-  const auto other = open();
-  EXPECT_FALSE(other->version() == database_->version());
-}
-
 TEST(SharedDatabase, IsOneUntilAnotherFileStandsInItsPlace) {
   const TemporaryFolder folder;
   const std::string path = folder.file("store.sqlite");

@@ -26,17 +26,6 @@ TEST(ImportText, KnowsWhetherAllLinesEndAlike) {
     EXPECT_FALSE(hasUniformLineBreaks(text)) << testing::PrintToString(text);
 }
 
-TEST_F(Import, PutsEventsIntoACalendarAndToDosIntoAList) {
-  const ImportReport report = import(calendarText(event("e1") + task("t1") + event("e2")));
-  EXPECT_EQ(report.events, 2u);
-  EXPECT_EQ(report.reminders, 1u);
-  ASSERT_TRUE(calendar("Work"));
-  ASSERT_TRUE(calendar("Work", EntityType::reminder));
-  EXPECT_EQ(item("e2")->calendar, calendar("Work")->id);
-  EXPECT_EQ(item("t1")->calendar, calendar("Work", EntityType::reminder)->id);
-  EXPECT_EQ(number("SELECT count(*) FROM calendar"), 4);
-}
-
 TEST_F(Import, NamesCalendarsByOptionThenFileThenStem) {
   const std::vector<std::string> plain = {"VERSION:2.0", "PRODID:-//t//t//EN"};
   import(calendarText(event("a"), plain), "holidays.ics");
@@ -64,14 +53,6 @@ TEST_F(Import, MakesCalendarsAsAskedForAndLeavesThoseThatExist) {
   EXPECT_EQ(subscribed->type, CalendarType::subscription);
   EXPECT_EQ(subscribed->color, (Color{64.0 / 255, 224.0 / 255, 208.0 / 255, 1}));
   EXPECT_TRUE(calendar("Calendar")->allowsModification);
-}
-
-TEST_F(Import, GroupsASeriesWhereverItsPartsStand) {
-  const std::string change = event("s", "DTSTART:20240503T100000Z", {"RECURRENCE-ID:20240502T090000Z"});
-  const std::string master = event("s", "DTSTART:20240501T090000Z", {"RRULE:FREQ=DAILY;COUNT=5"});
-  EXPECT_EQ(import(calendarText(change + event("other") + master)).events, 2u);
-  EXPECT_EQ(item("s")->text, change + master);
-  EXPECT_EQ(number("SELECT count(*) FROM series_event"), 1);
 }
 
 TEST_F(Import, ReplacesTheWholeItemAndKeepsItsIdentifier) {

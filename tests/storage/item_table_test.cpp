@@ -36,20 +36,6 @@ TEST(Extent, IsThePowerOfFourAboveTheLength) {
   EXPECT_EQ(extentFor(INT64_MIN, INT64_MAX), 32);
 }
 
-TEST_F(Items, AreFoundByIdentifierUidAndCalendar) {
-  const RowId id = make(home_, event("u"));
-  import(calendarText(event("u")));
-  Database::Transaction reading(*database_, Kind::reading);
-  ItemTable items(*database_);
-  const ItemRow row = *items.find(id);
-  EXPECT_EQ(row.text, event("u"));
-  EXPECT_EQ(items.findByIdentifier(row.identifier)->id, id);
-  EXPECT_EQ(items.findByUid("u")->id, id);
-  EXPECT_NE(items.findInCalendar(calendar("Work")->id, "u")->id, id);
-  EXPECT_FALSE(items.findByIdentifier("u"));
-  EXPECT_FALSE(items.findInCalendar(home_, "v"));
-}
-
 TEST_F(Items, OfOneUidStandOnceInACalendar) {
   make(home_, event("u"));
   EXPECT_ANY_THROW(make(home_, event("u")));
