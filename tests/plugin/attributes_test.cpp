@@ -37,17 +37,6 @@ TEST_F(Attributes, ACalendarThatCannotBeReadGivesTheErrorMark) {
   EXPECT_EQ(backend_.getLastErrorString(), "the calendar cannot be read");
 }
 
-TEST_F(Attributes, WhatIsNotSetHasNoValueAndIsNoError) {
-  ASSERT_EQ(backend_.newItem("event"), 0);
-  for (const char* keyword : {"startdate", "modifieddate", "timezone", "uid", "title", "url", "calendartitle",
-                              "calendaruid", "any"})
-    EXPECT_EQ(event(keyword), "(none)") << keyword;
-  ASSERT_EQ(backend_.newItem("reminder"), 0);
-  for (const char* keyword : {"duedate", "completeddate", "notes", "externaluid", "calendaruid", "datestamp"})
-    EXPECT_EQ(reminder(keyword), "(none)") << keyword;
-  EXPECT_EQ(takeError(), 0);
-}
-
 TEST_F(Attributes, ADueDateIsReadInItsOwnZoneAndMovesOutOfASkippedHour) {
   ek::DateComponents due;
   due.wall = foundation::wallTimeFrom({.year = 2024, .month = 11, .day = 2, .hour = 18});

@@ -7,7 +7,6 @@
 namespace ek::embedded {
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -159,13 +158,6 @@ TEST_F(Export, LeavesOutEmptyCalendarsUnlessThereAreNoOthers) {
   EXPECT_EQ(exported(), calendarText(event("a")));
   EXPECT_EQ(exported({"Calendar", "Work"}), calendarText(event("a")));
   EXPECT_THAT(exported({"Reminders"}), HasSubstr("X-WR-CALNAME:Reminders"));
-}
-
-TEST_F(Export, KnowsNoUnknownTitle) {
-  std::string written;
-  EXPECT_THAT(Exporter(*database_).write({"Calendar", "Nope", "nope"}, [&](auto piece) { written += piece; }),
-              ElementsAre("Nope", "nope"));
-  EXPECT_EQ(written, "");
 }
 
 }  // namespace

@@ -64,17 +64,6 @@ TEST_F(Items, MarksAreDroppedWhenTheyAreOldUnlessASyncNeedsThem) {
             "synced,middle,new");
 }
 
-TEST_F(Items, ChangeTheirKindOfIndexRowWithTheirText) {
-  const RowId id = make(home_, event("u"));
-  const std::string series = event("u", "DTSTART:20240501T090000Z", {"RRULE:FREQ=DAILY;COUNT=3"});
-  Database::Transaction writing(*database_, Kind::writing);
-  ItemTable items(*database_);
-  items.replace(id, home_, series, indexOf(items, home_, series));
-  writing.commit();
-  EXPECT_EQ(number("SELECT count(*) FROM single_event"), 0);
-  EXPECT_EQ(number("SELECT hi FROM series_event"), 1714726800);  // 3 May, 09:00 UTC
-}
-
 // The item, its change number's index and the counter: what queries know of it stays where it is.
 TEST_F(Items, WithAnotherTextAloneWriteFewPages) {
   const RowId id = make(home_, event("u"));
