@@ -363,6 +363,22 @@ TEST_F(SeriesTexts, AnOccurrenceThatOthersDetachedIsPartOfTheFuture) {
   EXPECT_EQ(eventAt(utc(2024, 5, 7, 9))->location(), "there");
 }
 
+TEST_F(SeriesTexts, NothingIsLeftOfASeriesWithoutRulesAfterItsOccurrencesWereRemoved) {
+  imported(
+      "BEGIN:VEVENT\r\nUID:1\r\nDTSTART:20240501T090000Z\r\nSUMMARY:a\r\nEND:VEVENT\r\n"
+      "BEGIN:VEVENT\r\nUID:1\r\nRECURRENCE-ID:20240501T090000Z\r\nDTSTART:20240501T100000Z\r\nEND:VEVENT\r\n"
+      "BEGIN:VEVENT\r\nUID:1\r\nRECURRENCE-ID:20240503T090000Z\r\nDTSTART:20240503T100000Z\r\nEND:VEVENT\r\n",
+      "1");
+  const auto starts = [this] { return startsOf(*eventsBetween(utc(2024, 1, 1), utc(2025, 1, 1))); };
+  ASSERT_THAT(starts(), ElementsAre(utc(2024, 5, 1, 10), utc(2024, 5, 3, 10)));
+  for (const std::size_t left : {1U, 0U}) {
+    std::optional<ek::Error> error;
+    EXPECT_TRUE(store_->removeEvent(eventAt(starts().front()), Span::thisEvent, error));
+    EXPECT_EQ(starts().size(), left);
+  }
+  EXPECT_FALSE(store_->eventWithIdentifier("1"));
+}
+
 TEST_F(SeriesTexts, WhatIsOpenIsThereAfterTheSaveThatChangesTheFuture) {
   const std::string text =
       "DTSTART:20240506T090000Z\r\nSUMMARY:a\r\nRRULE:FREQ=WEEKLY;COUNT=4\r\nRDATE:20240515T120000Z\r\nEND:"

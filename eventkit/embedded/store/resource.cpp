@@ -144,7 +144,15 @@ void Resource::exclude(WallTime place) {
   std::erase_if(components_, [all = places(), place](const ical::Component& component) {
     return all.of(component) == place;
   });
-  if (!components_.empty() && hasMaster()) master().add(form().line("EXDATE", place));
+  if (components_.empty() || !hasMaster()) return;
+  master().add(form().line("EXDATE", place));
+  // What occurs once is not asked for excluded dates.
+  bool isStartExcluded = false;
+  mapDates("EXDATE", places(), [&, first = start()](WallTime each) {
+    isStartExcluded = isStartExcluded || each == first;
+    return std::optional(each);
+  });
+  if (isStartExcluded && std::holds_alternative<SingleEvent>(index().entry)) components_.clear();
 }
 
 void Resource::unexclude(WallTime place) {
