@@ -220,10 +220,15 @@ TEST_F(SeriesTexts, FromAnExtraDateOnTheRuleKeepsItsWeeks) {
   ASSERT_TRUE(extra);
   extra->setTitle("b");
   save(extra, Span::futureEvents);
+  // The later half starts after its extra date, and is split there.
+  const auto start = eventAt(utc(2024, 5, 20, 9));
+  ASSERT_TRUE(start);
+  start->setTitle("c");
+  save(start, Span::futureEvents);
   const auto found = eventsBetween(utc(2024, 5, 1), utc(2025, 1, 1));
   EXPECT_THAT(startsOf(*found), ElementsAre(utc(2024, 5, 6, 9), utc(2024, 5, 15, 12), utc(2024, 5, 20, 9),
                                             utc(2024, 6, 3, 9), utc(2024, 6, 17, 9)));
-  EXPECT_THAT(titlesOf(*found), ElementsAre("a", "b", "b", "b", "b"));
+  EXPECT_THAT(titlesOf(*found), ElementsAre("a", "b", "c", "c", "c"));
 }
 
 TEST_F(SeriesTexts, ASplitKeepsWhatEachOfSeveralRulesNames) {

@@ -87,7 +87,7 @@ EventWriter::Saved EventWriter::saveFuture(const EmbeddedEvent& event, Resource&
 
   items_.shareZones(home.row, calendar);
   resource.endBefore(place);
-  stamp(resource.master(), now_, true);
+  if (!resource.components().empty()) stamp(resource.master(), now_, true);
   write(home, resource);
   const ItemIndex index = future.index();
   const RowId row = items_.insert(calendar, index.uid, future.text(), index);

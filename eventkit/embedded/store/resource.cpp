@@ -146,13 +146,17 @@ void Resource::exclude(WallTime place) {
   });
   if (components_.empty() || !hasMaster()) return;
   master().add(form().line("EXDATE", place));
-  // What occurs once is not asked for excluded dates.
-  bool isStartExcluded = false;
+  goIfStartIsExcluded();
+}
+
+// What occurs once is not asked for excluded dates.
+void Resource::goIfStartIsExcluded() {
+  bool isExcluded = false;
   mapDates("EXDATE", places(), [&, first = start()](WallTime each) {
-    isStartExcluded = isStartExcluded || each == first;
+    isExcluded = isExcluded || each == first;
     return std::optional(each);
   });
-  if (isStartExcluded && std::holds_alternative<SingleEvent>(index().entry)) components_.clear();
+  if (isExcluded && std::holds_alternative<SingleEvent>(index().entry)) components_.clear();
 }
 
 void Resource::unexclude(WallTime place) {
@@ -166,6 +170,7 @@ void Resource::endBefore(WallTime place) {
   editRules([&](const ical::Line& line) -> std::optional<std::string> {
     const auto rule = recurrence::parseRule(line.value());
     if (!rule) return std::string(line.value());
+    if (place <= start()) return std::nullopt;
     if (rule->count) return ruleWithCount(line.value(), countBefore(*rule, place));
     if (rule->until && lastInstantOf(*rule->until, zoned(written, place)) <= last)
       return std::string(line.value());
@@ -178,6 +183,10 @@ void Resource::endBefore(WallTime place) {
   mapDates("EXDATE", all, earlier);
   mapDates("RDATE", all, earlier);
   mapOverrides(all, earlier);
+  // The start is an occurrence whatever the rules say; what is left are extra dates before it.
+  if (components_.empty() || !hasMaster() || place > start()) return;
+  master().add(written.line("EXDATE", start()));
+  goIfStartIsExcluded();
 }
 
 void Resource::beginAt(WallTime place, WallTime newStart) {

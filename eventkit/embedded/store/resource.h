@@ -76,6 +76,7 @@ class Resource {
   void mapDates(std::string_view name, const SeriesPlaces& places, const Mapping& mapping);
   void mapOverrides(const SeriesPlaces& places, const Mapping& mapping);
   void editRules(const std::function<std::optional<std::string>(const ical::Line&)>& edit);
+  void goIfStartIsExcluded();
   recurrence::Series bareSeries() const;
   std::int64_t countBefore(const recurrence::Rule& rule, WallTime place) const;
 
