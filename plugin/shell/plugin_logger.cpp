@@ -67,7 +67,9 @@ PluginLogger::~PluginLogger() {
 }
 
 void PluginLogger::WriteLine(const std::string& text) {
-  if (logPath_.empty() || (!file_ && !OpenLogFile())) return;
+  if (logPath_.empty()) return;
+  const bool wasOpen = file_ != nullptr;
+  if (!OpenLogFile() && !wasOpen) return;
   std::ofstream log(logPath_, std::ios::out | std::ios::app);
   const auto tabs = static_cast<std::size_t>(std::max<std::int64_t>(depth_, 0)) + 1;
   log << localTime() << std::string(tabs, '\t') << text << '\n' << std::flush;

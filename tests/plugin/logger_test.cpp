@@ -95,6 +95,10 @@ TEST_F(Logger, OpensAndCloses) {
   log.WriteLine("with the file open");
   EXPECT_EQ(log.CloseLogFile(), 0);
   EXPECT_EQ(lines(path()).back(), "\twith the file open");
+  EXPECT_TRUE(log.OpenLogFile());
+  log.SetLogPath(path("elsewhere"));
+  log.WriteLine("in a new folder");
+  EXPECT_THAT(lines(path("elsewhere")), testing::ElementsAre("\tin a new folder"));
 }
 
 // The tilde is no home folder but a folder of that name, below the current one.
