@@ -54,6 +54,13 @@ void printJson(const std::vector<Listed>& all) {
   fmt::print("[{}]\n", json);
 }
 
+// A title in one line, without what a terminal would take for an order.
+std::string plain(std::string title) {
+  std::ranges::replace_if(
+      title, [](char byte) { return static_cast<unsigned char>(byte) < ' ' || byte == '\x7f'; }, ' ');
+  return title;
+}
+
 std::size_t widthOf(const std::string& text) {
   return static_cast<std::size_t>(
       std::ranges::count_if(text, [](char byte) { return (byte & 0xc0) != 0x80; }));
@@ -68,7 +75,7 @@ void printTable(const std::vector<Listed>& all) {
   constexpr std::size_t kColumns = 5;
   std::vector<std::array<std::string, kColumns>> rows = {{"TITLE", "KIND", "TYPE", "IDENTIFIER", "ITEMS"}};
   for (const auto& [calendar, items] : all)
-    rows.push_back({calendar.title, kindOf(calendar),
+    rows.push_back({plain(calendar.title), kindOf(calendar),
                     std::string(typeOf(calendar)) + (calendar.allowsModification ? "" : ", read-only"),
                     calendar.identifier, std::to_string(items)});
   std::array<std::size_t, kColumns> widths{};

@@ -27,6 +27,11 @@ TEST_F(Zunocal, ListsANewStore) {
   EXPECT_EQ(zunocal({"list", "--json"}).output, json.output);
 }
 
+TEST_F(Zunocal, ListsOneCalendarALine) {
+  zunocal({"import", "--calendar", "two\nlines\x1b[7m", write("one.ics", calendar("One", 1))});
+  EXPECT_THAT(zunocal({"list"}).output, HasSubstr("\ntwo lines [7m  events"));
+}
+
 TEST_F(Zunocal, ImportsAndTellsWhatItSkipped) {
   const std::string file =
       write("in.ics",
