@@ -7,6 +7,7 @@
 #include "eventkit/embedded/storage/importer.h"
 #include "zunocal/commands.h"
 #include "zunocal/json.h"
+#include "zunocal/plain.h"
 
 namespace zunocal {
 namespace {
@@ -40,9 +41,9 @@ std::string counted(std::size_t count, std::string_view one) {
 void printText(const ImportReport& report) {
   for (const auto& [file, line, reason] : report.skipped) {
     if (line == 0)
-      fmt::print(stderr, "{}: {}\n", file, reason);
+      fmt::print(stderr, "{}: {}\n", plain(file), plain(reason));
     else
-      fmt::print(stderr, "{}:{}: {}\n", file, line, reason);
+      fmt::print(stderr, "{}:{}: {}\n", plain(file), line, plain(reason));
   }
   fmt::print("Imported {}, {} and {}; {} skipped.\n", counted(report.events, "event"),
              counted(report.reminders, "reminder"), counted(report.contacts, "contact"),

@@ -10,6 +10,7 @@
 #include "foundation/text.h"
 #include "zunocal/commands.h"
 #include "zunocal/json.h"
+#include "zunocal/plain.h"
 
 namespace zunocal {
 namespace {
@@ -52,13 +53,6 @@ void printJson(const std::vector<Listed>& all) {
         jsonText(calendar.identifier), items, calendar.isDefault, calendar.isSubscribed, calendar.isImmutable,
         calendar.allowsModification);
   fmt::print("[{}]\n", json);
-}
-
-// A title in one line, without what a terminal would take for an order.
-std::string plain(std::string title) {
-  std::ranges::replace_if(
-      title, [](char byte) { return static_cast<unsigned char>(byte) < ' ' || byte == '\x7f'; }, ' ');
-  return title;
 }
 
 std::size_t widthOf(const std::string& text) {
