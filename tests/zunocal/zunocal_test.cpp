@@ -31,7 +31,7 @@ TEST_F(Zunocal, GivesTheTerminalNoOrders) {
   const std::string rule = write("rule.ics",
                                  "BEGIN:VCALENDAR\nBEGIN:VEVENT\nUID:a\nDTSTART:20240501\n"
                                  "RRULE:FREQ=DA\x1b[7mX\nEND:VEVENT\nEND:VCALENDAR\n");
-  EXPECT_THAT(zunocal({"import", rule}).errors, HasSubstr("\"DA [7mX\""));
+  EXPECT_THAT(zunocal({"import", rule}).errors, HasSubstr("\"DA [7MX\""));
   zunocal({"import", "--calendar", "two\nlines\x1b[7m", write("one.ics", calendar("One", 1))});
   EXPECT_THAT(zunocal({"list"}).output, HasSubstr("\ntwo lines [7m  events"));
 }
