@@ -28,7 +28,7 @@ std::optional<std::string> EmbeddedEvent::eventIdentifier() const {
   return placement_.isDetached ? identifier() + occurrenceSuffix(*placement_.occurrenceDate) : identifier();
 }
 
-void EmbeddedEvent::place(const Times& given) {
+void EmbeddedEvent::place(Times given) {
   given_ = shown_ = given;
   if (!isAllDay_) return;
   const auto zone = TimeZone::defaultZone();

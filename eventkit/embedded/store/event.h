@@ -45,7 +45,7 @@ class EmbeddedEvent final : public StoredItem<Event> {
   };
   Date storedEnd() const;
   void placeAsStored();
-  void place(const Times& given);
+  void place(Times given);
 
   Placement placement_;
   // As they were set, and as they are: whole days of that where the event is all-day.
